@@ -1,0 +1,49 @@
+# One library per source folder: every .cpp of the folder (not of its sub-folders) is compiled
+# into it, so adding a file needs no edit here. A folder without sources yet gives an
+# INTERFACE library, so dependants can link it already.
+function(pluvarine_library name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  file(GLOB resources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.qrc")
+  if(sources)
+    add_library(${name} STATIC ${sources} ${resources})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ${ARG_DEPS})
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name} INTERFACE ${ARG_DEPS})
+  endif()
+endfunction()
+
+# One GoogleTest executable per test folder. Tests are discovered when ctest runs, so test
+# programs that need a display are listed under the same display as they run.
+#   ENVIRONMENT: extra variables for every test of the folder (e.g. QT_QPA_PLATFORM=offscreen)
+#   QT_MAIN: link the shared main that creates a QApplication instead of gtest_main
+function(pluvarine_test name)
+  cmake_parse_arguments(ARG "QT_MAIN" "" "DEPS;ENVIRONMENT;SOURCES" ${ARGN})
+  if(ARG_SOURCES)
+    set(sources ${ARG_SOURCES})
+  else()
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  endif()
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${ARG_DEPS} GTest::gmock)
+  if(ARG_QT_MAIN)
+    target_link_libraries(${name} PRIVATE pluvarine_test_qtmain)
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  target_compile_definitions(${name} PRIVATE
+    PLUVARINE_WORKFOLDER="${PLUVARINE_WORKFOLDER}"
+    PLUVARINE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+    PLUVARINE_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  if(TARGET pluvarine_workfolder)
+    add_dependencies(${name} pluvarine_workfolder)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES ENVIRONMENT "${ARG_ENVIRONMENT}")
+endfunction()
