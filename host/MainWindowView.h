@@ -27,6 +27,13 @@ public:
     // Timer1: one-shot 100 ms; when it fires the window calls back the macro's timer handler.
     virtual void enableTimer1() = 0;
 
+    // Start-up steps that belong to the window: puts the texts of the active language on every
+    // window, hides the help button on Croatian systems, creates both dialogs hidden; returns
+    // true when the host's version check is to be skipped (Russian systems).
+    virtual bool ApplyLanguage() = 0;
+    // Fills cbmaterial with strings 117-120 and selects entry 0 (a click while nothing is built).
+    virtual void fillMaterialList() = 0;
+
     virtual std::int32_t windowHandle() const = 0;
     virtual QImage bildPicture() const = 0;  // Bild: the host toolbar image, 30 x 30
     virtual QImage bild2Picture() const = 0; // Bild2: the pick cursor, 30 x 30
