@@ -1,9 +1,12 @@
 #pragma once
 
+#include "assembly/Construction.h"
 #include "assembly/Daten.h"
 #include "assembly/RebuildInputs.h"
 #include "assembly/SceneOperations.h"
 #include "base/ResumeNext.h"
+
+#include <optional>
 
 namespace pluvarine {
 
@@ -25,11 +28,22 @@ public:
     // Sees every step that failed and was skipped (traces, tests).
     void setFailureObserver(StepFailureObserver observer);
 
+    // The construction the latest run composed (None when it built nothing).
+    Construction lastConstruction() const { return m_lastConstruction; }
+
 private:
+    // The numeric value of txtÜd, read afresh for each test; none when it is not a number.
+    std::optional<double> overhang() const;
+    // One construction, modelBuilt := true and the material step: three steps.
+    void build(Construction construction);
+    void buildBendByAngle();
+    void buildAnswered();
+
     Daten& m_daten;
     SceneOperations& m_scene;
     RebuildInputs& m_inputs;
     StepFailureObserver m_onFailure;
+    Construction m_lastConstruction = Construction::None;
 };
 
 } // namespace pluvarine
