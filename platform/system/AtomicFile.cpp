@@ -1,0 +1,143 @@
+#include "platform/system/AtomicFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace pluvarine {
+
+namespace {
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string randomSuffix() {
+    static std::mt19937_64 generator{std::random_device{}()};
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(generator()));
+    return text;
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(std::string targetPath) : m_target(std::move(targetPath)) {}
+
+AtomicFile::AtomicFile(AtomicFile&& other) noexcept
+    : m_target(std::move(other.m_target)), m_temporary(std::move(other.m_temporary)),
+      m_error(std::move(other.m_error)), m_fd(std::exchange(other.m_fd, -1)),
+      m_replaced(other.m_replaced) {
+    other.m_temporary.clear();
+}
+
+AtomicFile::~AtomicFile() { discard(); }
+
+bool AtomicFile::fail() {
+    m_error = std::strerror(errno);
+    return false;
+}
+
+bool AtomicFile::create() {
+    const std::string folder = folderOf(m_target);
+    struct stat existing {};
+    const bool keepMode = ::stat(m_target.c_str(), &existing) == 0 && S_ISREG(existing.st_mode);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        std::string candidate = folder + "/.pluvarine-" + randomSuffix() + ".tmp";
+        const int fd = ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0) {
+            m_fd = fd;
+            m_temporary = std::move(candidate);
+            if (keepMode) {
+                ::fchmod(m_fd, existing.st_mode & 07777);
+            }
+            return true;
+        }
+        if (errno != EEXIST) {
+            return fail();
+        }
+    }
+    return fail();
+}
+
+bool AtomicFile::writeAll(const char* data, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = ::write(m_fd, data, size);
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return fail();
+        }
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+bool AtomicFile::finish(Sync sync) {
+    if (m_fd < 0) {
+        return !m_temporary.empty();
+    }
+    bool ok = sync == Sync::None || ::fdatasync(m_fd) == 0 || fail();
+    if (::close(m_fd) != 0 && ok) {
+        ok = fail();
+    }
+    m_fd = -1;
+    return ok;
+}
+
+bool AtomicFile::replaceTarget() {
+    if (m_temporary.empty() || ::rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+        return fail();
+    }
+    m_replaced = true;
+    m_temporary.clear();
+    return true;
+}
+
+bool AtomicFile::commit(Sync sync) {
+    if (!finish(sync) || !replaceTarget()) {
+        return false;
+    }
+    if (sync == Sync::Data) {
+        // The rename itself reaches the disk with the folder's entry.
+        const int folder = ::open(folderOf(m_target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder >= 0) {
+            ::fsync(folder);
+            ::close(folder);
+        }
+    }
+    return true;
+}
+
+void AtomicFile::discard() {
+    if (m_fd >= 0) {
+        ::close(m_fd);
+        m_fd = -1;
+    }
+    if (!m_replaced && !m_temporary.empty()) {
+        ::unlink(m_temporary.c_str());
+        m_temporary.clear();
+    }
+}
+
+bool AtomicFile::syncFileSystemOf(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        return false;
+    }
+    const bool ok = ::syncfs(fd) == 0;
+    ::close(fd);
+    return ok;
+}
+
+} // namespace pluvarine

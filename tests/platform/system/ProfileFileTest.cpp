@@ -1,0 +1,251 @@
+#include "platform/system/ProfileFile.h"
+
+#include <QTemporaryDir>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace pluvarine {
+namespace {
+
+// ---- reading ----------------------------------------------------------------------------
+
+struct ReadCase {
+    const char* what;
+    std::string content;
+    std::string section;
+    std::string key;
+    std::optional<std::string> value;
+};
+
+class ProfileRead : public ::testing::TestWithParam<ReadCase> {};
+
+TEST_P(ProfileRead, FindsTheValue) {
+    const ReadCase& c = GetParam();
+    EXPECT_EQ(findProfileValue(c.content, c.section, c.key), c.value) << c.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Semantics, ProfileRead,
+    ::testing::Values(
+        ReadCase{"plain", "[Sektion]\r\nEintrag=12\r\n", "Sektion", "Eintrag", "12"},
+        ReadCase{"names ignore case", "[SEKTION]\r\nEINTRAG= 7\r\n", "Sektion", "Eintrag", "7"},
+        ReadCase{"asked names trimmed", "[s]\r\nk=1\r\n", "  s\t", " k ", "1"},
+        ReadCase{"file names trimmed", "[ s ]\r\n  k  =  v  \r\n", "s", "k", "v"},
+        ReadCase{"value trimmed then unquoted", "[s]\r\nk=  \" v \"  \r\n", "s", "k", " v "},
+        ReadCase{"single quotes", "[s]\r\nk='v'\r\n", "s", "k", "v"},
+        ReadCase{"only one pair removed", "[s]\r\nk=\"\"v\"\"\r\n", "s", "k", "\"v\""},
+        ReadCase{"unmatched quotes stay", "[s]\r\nk=\"x'\r\n", "s", "k", "\"x'"},
+        ReadCase{"lone quote stays", "[s]\r\nk=\"\r\n", "s", "k", "\""},
+        ReadCase{"empty quotes", "[s]\r\nk=\"\"\r\n", "s", "k", ""},
+        ReadCase{"empty value is present", "[s]\r\nk=\r\n", "s", "k", ""},
+        ReadCase{"tabs trimmed", "[s]\r\nk=\t9\t\r\n", "s", "k", "9"},
+        ReadCase{"value keeps its '='", "[s]\r\nk=a=b\r\n", "s", "k", "a=b"},
+        ReadCase{"comment line", "[s]\r\n;k=1\r\nk=2\r\n", "s", "k", "2"},
+        ReadCase{"indented comment line", "[s]\r\n   ;k=1\r\nk=2\r\n", "s", "k", "2"},
+        ReadCase{"';' and '#' later are data", "[s]\r\nk=a;b#c\r\n", "s", "k", "a;b#c"},
+        ReadCase{"'#' starts no comment", "[s]\r\n#k=1\r\n", "s", "#k", "1"},
+        ReadCase{"line without '=' is no key", "[s]\r\nk\r\n", "s", "k", std::nullopt},
+        ReadCase{"blank lines ignored", "\r\n\r\n[s]\r\n\r\n  \r\nk=3\r\n", "s", "k", "3"},
+        ReadCase{"LF line ends", "[s]\nk=4\n", "s", "k", "4"},
+        ReadCase{"no final line break", "[s]\r\nk=5", "s", "k", "5"},
+        ReadCase{"first key wins", "[s]\r\nk=1\r\nK=2\r\n", "s", "k", "1"},
+        ReadCase{"first section wins", "[s]\r\na=1\r\n[t]\r\n[S]\r\nb=2\r\n", "s", "b",
+                 std::nullopt},
+        ReadCase{"first section's key", "[s]\r\na=1\r\n[t]\r\n[S]\r\na=2\r\n", "s", "a", "1"},
+        ReadCase{"before the first section", "k=0\r\n[s]\r\n", "s", "k", std::nullopt},
+        ReadCase{"junk after ']'", "[s]junk\r\nk=1\r\n", "s", "k", "1"},
+        ReadCase{"unclosed header is no section", "[s\r\nk=1\r\n", "s", "k", std::nullopt},
+        ReadCase{"other section's key", "[a]\r\nk=1\r\n[b]\r\n", "b", "k", std::nullopt},
+        ReadCase{"missing section", "[a]\r\nk=1\r\n", "b", "k", std::nullopt},
+        ReadCase{"empty file", "", "s", "k", std::nullopt},
+        ReadCase{"only ASCII case folds", "[\xC4]\r\nk=1\r\n", "\xE4", "k", std::nullopt},
+        ReadCase{"8-bit value", "[s]\r\nk=Gr\xF6\xDF"
+                                "e\r\n",
+                 "s", "k", "Gr\xF6\xDF"
+                           "e"}));
+
+// ---- writing ----------------------------------------------------------------------------
+
+struct WriteCase {
+    const char* what;
+    std::string before;
+    std::string section;
+    std::string key;
+    std::string value;
+    std::string after;
+};
+
+class ProfileWrite : public ::testing::TestWithParam<WriteCase> {};
+
+TEST_P(ProfileWrite, ChangesOnlyTheEntry) {
+    const WriteCase& c = GetParam();
+    ASSERT_TRUE(isWritableProfileEntry(c.section, c.key, c.value)) << c.what;
+    EXPECT_EQ(withProfileValue(c.before, c.section, c.key, c.value), c.after) << c.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Semantics, ProfileWrite,
+    ::testing::Values(
+        WriteCase{"new file", "", "SEKTION", "EINTRAG", " 7", "[SEKTION]\r\nEINTRAG= 7\r\n"},
+        WriteCase{"replace keeps spelling", "[Sektion]\r\nEintrag= 3\r\n", "SEKTION", "EINTRAG",
+                  " 4", "[Sektion]\r\nEintrag= 4\r\n"},
+        WriteCase{"replace keeps the rest", "; head\r\n[a]\r\n; note\r\nx = 1 \r\ny=2\r\n", "A",
+                  "X", "9", "; head\r\n[a]\r\n; note\r\nx=9\r\ny=2\r\n"},
+        WriteCase{"replace keeps LF", "[a]\nx=1\nz=2\n", "a", "x", "5", "[a]\nx=5\nz=2\n"},
+        WriteCase{"new key after the last entry", "[a]\r\nx=1\r\n\r\n[b]\r\ny=2\r\n", "a", "z",
+                  "3", "[a]\r\nx=1\r\nz=3\r\n\r\n[b]\r\ny=2\r\n"},
+        WriteCase{"new key in an empty section", "[a]\r\n[b]\r\n", "a", "k", "v",
+                  "[a]\r\nk=v\r\n[b]\r\n"},
+        WriteCase{"new key at the end", "[a]\r\nx=1", "a", "y", "2", "[a]\r\nx=1\r\ny=2\r\n"},
+        WriteCase{"new section appended", "[a]\r\nx=1\r\n", "b", "y", "2",
+                  "[a]\r\nx=1\r\n[b]\r\ny=2\r\n"},
+        WriteCase{"new section after no final break", "[a]\r\nx=1", "b", "k", "v",
+                  "[a]\r\nx=1\r\n[b]\r\nk=v\r\n"},
+        WriteCase{"first of duplicate sections", "[a]\r\nx=1\r\n[a]\r\ny=2\r\n", "A", "y", "3",
+                  "[a]\r\nx=1\r\ny=3\r\n[a]\r\ny=2\r\n"},
+        WriteCase{"first of duplicate keys", "[a]\r\nk=1\r\nk=2\r\n", "a", "k", "3",
+                  "[a]\r\nk=3\r\nk=2\r\n"},
+        WriteCase{"lines before the first section stay", "k=0\r\n", "s", "k", "1",
+                  "k=0\r\n[s]\r\nk=1\r\n"},
+        WriteCase{"value as given", "", "s", "k", "  \"q\" ", "[s]\r\nk=  \"q\" \r\n"},
+        WriteCase{"names trimmed", "", " s ", "\tk ", "v", "[s]\r\nk=v\r\n"},
+        WriteCase{"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2",
+                  "[a]junk\r\nk=2\r\n"}));
+
+TEST(ProfileWrite, ReadsBackWhatItWrote) {
+    std::string content = "; settings\r\n[other]\r\nEintrag=x\r\n";
+    content = withProfileValue(content, "SEKTION", "EINTRAG", " 41");
+    content = withProfileValue(content, "Sektion", "Eintrag", " 42");
+    EXPECT_EQ(findProfileValue(content, "sektion", "eintrag"), "42");
+    EXPECT_EQ(findProfileValue(content, "other", "Eintrag"), "x");
+}
+
+struct RefusedCase {
+    std::string section;
+    std::string key;
+    std::string value;
+};
+
+class ProfileRefused : public ::testing::TestWithParam<RefusedCase> {};
+
+TEST_P(ProfileRefused, IsNotWritable) {
+    EXPECT_FALSE(isWritableProfileEntry(GetParam().section, GetParam().key, GetParam().value));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EntriesThatCannotBeReadBack, ProfileRefused,
+    ::testing::Values(RefusedCase{"", "k", "v"}, RefusedCase{" ", "k", "v"},
+                      RefusedCase{"s", "", "v"}, RefusedCase{"s", "k", "a\r\nb=c"},
+                      RefusedCase{"s", "k", "a\nb"}, RefusedCase{"s\n", "k", "v"},
+                      RefusedCase{"s", "k", std::string("a\0b", 3)},
+                      RefusedCase{"s]x", "k", "v"}, RefusedCase{"s", "a=b", "v"},
+                      RefusedCase{"s", ";k", "v"}, RefusedCase{"s", "[k", "v"}));
+
+// ---- files ------------------------------------------------------------------------------
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::size_t entryCount(const std::string& folder) {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder),
+                                                  std::filesystem::directory_iterator()));
+}
+
+class ProfileFile : public ::testing::Test {
+protected:
+    QTemporaryDir m_dir;
+    std::string folder() const { return m_dir.path().toStdString(); }
+    std::string file() const { return folder() + "/Data.ini"; }
+
+    std::string get(const std::string& key, std::uint32_t size = 255) {
+        std::string buffer(size + 1, '#');
+        const std::uint32_t count = GetPrivateProfileStringA("s", key, "dflt", buffer.data(),
+                                                             size, file());
+        EXPECT_EQ(buffer[count], '\0');
+        return buffer.substr(0, count);
+    }
+};
+
+TEST_F(ProfileFile, MissingFileGivesTheDefault) {
+    EXPECT_EQ(get("k"), "dflt");
+    EXPECT_FALSE(std::filesystem::exists(file()));
+}
+
+TEST_F(ProfileFile, BufferOf255KeepsAtMost254) {
+    writeFile(file(), "[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" +
+                          std::string(254, 'y') + "\r\nk253=" + std::string(253, 'z') + "\r\n");
+    EXPECT_EQ(get("k300"), std::string(254, 'x'));
+    EXPECT_EQ(get("k254"), std::string(254, 'y'));
+    EXPECT_EQ(get("k253"), std::string(253, 'z'));
+    EXPECT_EQ(get("k300", 1), "");
+}
+
+TEST_F(ProfileFile, NewFileIsSectionAndKeyWithCrLf) {
+    EXPECT_NE(WritePrivateProfileStringA("SEKTION", "EINTRAG", " 7", file()), 0);
+    EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 7\r\n");
+    EXPECT_EQ(entryCount(folder()), 1u); // no temporary file left behind
+}
+
+TEST_F(ProfileFile, RewriteKeepsEverythingElseAndThePermissions) {
+    writeFile(file(), "; c\r\n[SEKTION]\r\nEINTRAG= 1\r\n[x]\r\ny=2\r\n");
+    ::chmod(file().c_str(), 0640);
+    EXPECT_NE(WritePrivateProfileStringA("Sektion", "Eintrag", " 2", file()), 0);
+    EXPECT_EQ(readFile(file()), "; c\r\n[SEKTION]\r\nEINTRAG= 2\r\n[x]\r\ny=2\r\n");
+    struct stat info {};
+    ASSERT_EQ(::stat(file().c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0640u);
+}
+
+TEST_F(ProfileFile, MissingFolderFailsAndCreatesNothing) {
+    EXPECT_EQ(WritePrivateProfileStringA("s", "k", "v", folder() + "/obj/Data.ini"), 0);
+    EXPECT_EQ(entryCount(folder()), 0u);
+}
+
+TEST_F(ProfileFile, UnreadableTargetIsNotReplaced) {
+    std::filesystem::create_directory(file());
+    EXPECT_EQ(WritePrivateProfileStringA("s", "k", "v", file()), 0);
+    EXPECT_TRUE(std::filesystem::is_directory(file()));
+    EXPECT_EQ(entryCount(folder()), 1u);
+}
+
+TEST_F(ProfileFile, RefusedEntryWritesNothing) {
+    writeFile(file(), "[s]\r\nk=1\r\n");
+    EXPECT_EQ(WritePrivateProfileStringA("s", "k", "2\r\n[t]", file()), 0);
+    EXPECT_EQ(readFile(file()), "[s]\r\nk=1\r\n");
+}
+
+// A write that cannot complete (here: the file-size limit, as a full disk) leaves the old file
+// whole and no temporary file behind.
+TEST_F(ProfileFile, FailedWriteLeavesTheOldFileWhole) {
+    const std::string old = "[s]\r\nk=1\r\n";
+    writeFile(file(), old);
+    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit previous{};
+    ::getrlimit(RLIMIT_FSIZE, &previous);
+    rlimit tight = previous;
+    tight.rlim_cur = 16;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+    const std::int32_t result =
+        WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file());
+    ::setrlimit(RLIMIT_FSIZE, &previous);
+    std::signal(SIGXFSZ, previousHandler);
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(readFile(file()), old);
+    EXPECT_EQ(entryCount(folder()), 1u);
+}
+
+} // namespace
+} // namespace pluvarine
