@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/viewer/Matrix4d.h"
+#include "platform/viewer/MeshData.h"
+#include "platform/viewer/SurfaceLook.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pluvarine {
+
+// One drawable piece of a GLB file: a triangle mesh, its transform from the mesh's own frame
+// to the file's frame (the product of the node transforms down to it) and its material.
+struct GlbItem {
+    std::string nodeName;
+    std::shared_ptr<const MeshData> mesh;
+    Matrix4d transform;
+    SurfaceLook look;
+    bool auxiliary = false; // marked {"pluvarine": {"auxiliary": true}}: not drawn, not fitted
+};
+
+// What a part file, the base scene or an object file holds.
+struct GlbContent {
+    std::string sceneName;
+    bool auxiliary = false; // the whole file is auxiliary (asset extras)
+    std::vector<GlbItem> items;
+};
+
+} // namespace pluvarine

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/viewer/SceneObject.h"
+
+#include <string>
+#include <vector>
+
+namespace pluvarine {
+
+// The host object file: a glTF 2.0 binary (GLB) of the whole scene in the scene frame (metres,
+// z up). One node per object, named after its part and id, carrying the object's transform as
+// a matrix and extras {"pluvarine": {"id": n}} ({"auxiliary": true} as well for auxiliary
+// objects). Meshes are shared by the objects of one part file with the same look; materials
+// are metallic-roughness factors. The scene's name is the object name.
+class ObjectFileWriter {
+public:
+    static std::string toGlb(const std::vector<SceneObject>& objects, const std::string& name);
+
+    // Writes the bytes to a temporary file in the target's folder and renames it into place,
+    // so the target is either the old file or the complete new one. Throws RuntimeError
+    // (ViewerError) when that fails.
+    static void writeFile(const std::string& path, const std::string& bytes);
+};
+
+} // namespace pluvarine

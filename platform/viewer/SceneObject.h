@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/viewer/Matrix4d.h"
+#include "platform/viewer/PartModel.h"
+#include "platform/viewer/SurfaceLook.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pluvarine {
+
+// One object of the scene: a part placed by a transform from its own frame to the scene frame.
+// Renderer-independent: the preview, the export and the tests all read these.
+struct SceneObject {
+    std::int32_t id = 0; // 0 for the content of the base scene, which has no id
+    std::shared_ptr<const PartModel> part;
+    Matrix4d transform;
+    std::optional<SurfaceLook> material; // the applied material; none: the part's own look
+    bool committed = false;
+
+    bool drawn() const { return part && !part->auxiliary; }
+    // The look of piece `index`: the applied material or the part's own.
+    const SurfaceLook& look(std::size_t index) const {
+        return material ? *material : part->pieces[index].look;
+    }
+};
+
+} // namespace pluvarine
