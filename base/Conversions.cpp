@@ -159,6 +159,41 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
+// Scanning helpers: each copies what it reads at text[i] to the C-notation text and advances i.
+bool copySign(std::string_view text, std::size_t& i, std::string& out) {
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
+        out.push_back(text[i++]);
+        return true;
+    }
+    return false;
+}
+
+int copyDigits(std::string_view text, std::size_t& i, std::string& out) {
+    int count = 0;
+    for (; i < text.size() && isDigit(text[i]); ++i, ++count) {
+        out.push_back(text[i]);
+    }
+    return count;
+}
+
+// An exponent letter at text[i] followed by an optional sign and digits; false (nothing
+// copied, i unchanged) when no digit follows.
+bool copyExponent(std::string_view text, std::size_t& i, std::string& out,
+                  std::string_view letters) {
+    if (i >= text.size() || letters.find(text[i]) == std::string_view::npos) {
+        return false;
+    }
+    std::size_t j = i + 1;
+    std::string exponent = "e";
+    copySign(text, j, exponent);
+    if (copyDigits(text, j, exponent) == 0) {
+        return false;
+    }
+    out += exponent;
+    i = j;
+    return true;
+}
+
 bool startsWith(std::string_view text, std::size_t at, std::string_view prefix) {
     return !prefix.empty() && text.substr(at, prefix.size()) == prefix;
 }
@@ -208,46 +243,24 @@ double textToDouble(std::string_view text, const QLocale& locale) {
 
     std::string cText; // the same number in the C locale's notation
     std::size_t i = 0;
-    if (i < body.size() && (body[i] == '+' || body[i] == '-')) {
-        cText.push_back(body[i]);
-        ++i;
-    } else if (startsWith(body, i, negative)) {
-        cText.push_back('-');
-        i += negative.size();
-    } else if (startsWith(body, i, positive)) {
-        i += positive.size();
+    if (!copySign(body, i, cText)) {
+        if (startsWith(body, i, negative)) {
+            cText.push_back('-');
+            i += negative.size();
+        } else if (startsWith(body, i, positive)) {
+            i += positive.size();
+        }
     }
-    int mantissaDigits = 0;
-    while (i < body.size() && isDigit(body[i])) {
-        cText.push_back(body[i++]);
-        ++mantissaDigits;
-    }
+    int mantissaDigits = copyDigits(body, i, cText);
     if (startsWith(body, i, separator)) {
         cText.push_back('.');
         i += separator.size();
-        while (i < body.size() && isDigit(body[i])) {
-            cText.push_back(body[i++]);
-            ++mantissaDigits;
-        }
+        mantissaDigits += copyDigits(body, i, cText);
     }
     if (mantissaDigits == 0) {
         throwTypeMismatch();
     }
-    if (i < body.size() && (body[i] == 'e' || body[i] == 'E')) {
-        cText.push_back('e');
-        ++i;
-        if (i < body.size() && (body[i] == '+' || body[i] == '-')) {
-            cText.push_back(body[i++]);
-        }
-        int exponentDigits = 0;
-        while (i < body.size() && isDigit(body[i])) {
-            cText.push_back(body[i++]);
-            ++exponentDigits;
-        }
-        if (exponentDigits == 0) {
-            throwTypeMismatch();
-        }
-    }
+    copyExponent(body, i, cText, "eE");
     if (i != body.size()) {
         throwTypeMismatch();
     }
@@ -320,40 +333,16 @@ double leadingNumber(std::string_view text) {
 
     std::string cText;
     std::size_t i = 0;
-    if (i < clean.size() && (clean[i] == '+' || clean[i] == '-')) {
-        cText.push_back(clean[i++]);
-    }
-    int digits = 0;
-    while (i < clean.size() && isDigit(clean[i])) {
-        cText.push_back(clean[i++]);
-        ++digits;
-    }
+    copySign(clean, i, cText);
+    int digits = copyDigits(clean, i, cText);
     if (i < clean.size() && clean[i] == '.') {
         cText.push_back(clean[i++]);
-        while (i < clean.size() && isDigit(clean[i])) {
-            cText.push_back(clean[i++]);
-            ++digits;
-        }
+        digits += copyDigits(clean, i, cText);
     }
     if (digits == 0) {
         return 0.0;
     }
-    if (i < clean.size() &&
-        (clean[i] == 'e' || clean[i] == 'E' || clean[i] == 'd' || clean[i] == 'D')) {
-        std::string exponent = "e";
-        ++i;
-        if (i < clean.size() && (clean[i] == '+' || clean[i] == '-')) {
-            exponent.push_back(clean[i++]);
-        }
-        bool any = false;
-        while (i < clean.size() && isDigit(clean[i])) {
-            exponent.push_back(clean[i++]);
-            any = true;
-        }
-        if (any) {
-            cText += exponent;
-        }
-    }
+    copyExponent(clean, i, cText, "eEdD");
     return parseCNumber(cText);
 }
 

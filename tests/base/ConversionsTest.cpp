@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <optional>
@@ -38,54 +39,45 @@ const QLocale& german() {
 
 // --- Number to integer ---------------------------------------------------------------------
 
-struct Int16Case {
+struct IntCase {
+    int bits; // 16 or 32
     double value;
-    std::optional<int> expected; // nothing: Overflow
+    std::optional<std::int64_t> expected; // nothing: Overflow
 };
 
-class ToInt16 : public ::testing::TestWithParam<Int16Case> {};
+class ToInteger : public ::testing::TestWithParam<IntCase> {};
 
-TEST_P(ToInt16, RoundsHalfToEvenWithinRange) {
-    const Int16Case& c = GetParam();
+TEST_P(ToInteger, RoundsHalfToEvenWithinRange) {
+    const IntCase& c = GetParam();
+    const auto convert = [&]() -> std::int64_t {
+        return c.bits == 16 ? toInt16(c.value) : toInt32(c.value);
+    };
     if (c.expected) {
-        EXPECT_EQ(toInt16(c.value), *c.expected) << c.value;
+        EXPECT_EQ(convert(), *c.expected) << c.value;
     } else {
-        EXPECT_EQ(failure([&] { toInt16(c.value); }), RuntimeError::Overflow) << c.value;
+        EXPECT_EQ(failure(convert), RuntimeError::Overflow) << c.value;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, ToInt16,
-    ::testing::Values(Int16Case{0.5, 0}, Int16Case{1.5, 2}, Int16Case{2.5, 2}, Int16Case{3.5, 4},
-                      Int16Case{-1.5, -2}, Int16Case{-0.5, 0}, Int16Case{-2.5, -2},
-                      Int16Case{0.6, 1}, Int16Case{0.4999999, 0}, Int16Case{32767.49, 32767},
-                      Int16Case{32767.5, std::nullopt}, Int16Case{-32768.5, -32768},
-                      Int16Case{-32768.51, std::nullopt}, Int16Case{-32769, std::nullopt},
-                      Int16Case{1e300, std::nullopt}, Int16Case{kNaN, std::nullopt},
-                      Int16Case{kInf, std::nullopt}, Int16Case{-kInf, std::nullopt}));
-
-struct Int32Case {
-    double value;
-    std::optional<std::int32_t> expected;
-};
-
-class ToInt32 : public ::testing::TestWithParam<Int32Case> {};
-
-TEST_P(ToInt32, RoundsHalfToEvenWithinRange) {
-    const Int32Case& c = GetParam();
-    if (c.expected) {
-        EXPECT_EQ(toInt32(c.value), *c.expected) << c.value;
-    } else {
-        EXPECT_EQ(failure([&] { toInt32(c.value); }), RuntimeError::Overflow) << c.value;
-    }
-}
+constexpr std::nullopt_t kOverflow = std::nullopt;
 
 INSTANTIATE_TEST_SUITE_P(
-    Table, ToInt32,
-    ::testing::Values(Int32Case{2.5, 2}, Int32Case{-1.5, -2}, Int32Case{32767.5, 32768},
-                      Int32Case{2147483647.49, 2147483647}, Int32Case{2147483647.5, std::nullopt},
-                      Int32Case{-2147483648.5, -2147483647 - 1},
-                      Int32Case{-2147483649.0, std::nullopt}, Int32Case{kNaN, std::nullopt}));
+    Int16, ToInteger,
+    ::testing::Values(IntCase{16, 0.5, 0}, IntCase{16, 1.5, 2}, IntCase{16, 2.5, 2},
+                      IntCase{16, 3.5, 4}, IntCase{16, -1.5, -2}, IntCase{16, -0.5, 0},
+                      IntCase{16, -2.5, -2}, IntCase{16, 0.6, 1}, IntCase{16, 0.4999999, 0},
+                      IntCase{16, 32767.49, 32767}, IntCase{16, 32767.5, kOverflow},
+                      IntCase{16, -32768.5, -32768}, IntCase{16, -32768.51, kOverflow},
+                      IntCase{16, -32769, kOverflow}, IntCase{16, 1e300, kOverflow},
+                      IntCase{16, kNaN, kOverflow}, IntCase{16, kInf, kOverflow},
+                      IntCase{16, -kInf, kOverflow}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Int32, ToInteger,
+    ::testing::Values(IntCase{32, 2.5, 2}, IntCase{32, -1.5, -2}, IntCase{32, 32767.5, 32768},
+                      IntCase{32, 2147483647.49, 2147483647}, IntCase{32, 2147483647.5, kOverflow},
+                      IntCase{32, -2147483648.5, -2147483648LL},
+                      IntCase{32, -2147483649.0, kOverflow}, IntCase{32, kNaN, kOverflow}));
 
 // --- Locale-aware text to number -----------------------------------------------------------
 
