@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/system/HelpViewer.h"
+
+#include <QString>
+#include <QWidget>
+
+class QTextBrowser;
+
+namespace pluvarine {
+
+// The help viewer: a window that shows a topic of a help file, addressed as
+// "<folder>/Tectaro.chm::/Pluvarine.htm". The help file is a folder of HTML pages and their
+// pictures; the part after "::" names the page inside it. A missing help file or page is
+// reported in the window itself.
+class HelpWindow : public QWidget, public HelpViewer {
+    Q_OBJECT
+public:
+    explicit HelpWindow(QWidget* parent = nullptr);
+
+    void HtmlHelp(const std::string& fileAndTopic) override;
+
+    // What the window shows: the page's local file, or empty while it shows a message.
+    QString shownPage() const { return m_shownPage; }
+    QTextBrowser* browser() const { return m_browser; }
+
+private:
+    void showProblem(const QString& title, const QString& text);
+
+    QTextBrowser* m_browser;
+    QString m_shownPage;
+};
+
+} // namespace pluvarine
