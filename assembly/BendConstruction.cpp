@@ -33,11 +33,7 @@ constexpr BendVersion bend42{
 void buildBend(Daten& daten, SceneOperations& scene, BendAngle angle) {
     const BendVersion& v = angle == BendAngle::Deg72 ? bend72 : bend42;
     DesignRecord& design = daten.design;
-    const double H = design.heightH;
-    const double h = H / 2000;
-    const double D = design.wallOffset;
-    const double hs = design.standpipeHeight;
-    const double s = design.clampSpacing;
+    const auto [H, h, D, hs, s] = designInputs(design);
 
     const double Lh = D - 2 * v.A + v.ch;             // horizontal run of the inclined pipe
     const double L = Lh / v.kc;                       // its length

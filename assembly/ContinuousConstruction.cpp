@@ -9,19 +9,15 @@ namespace pluvarine {
 // values handed to the viewer come out bit for bit the same wherever they are recomputed.
 void buildContinuous(Daten& daten, SceneOperations& scene) {
     DesignRecord& design = daten.design;
-    const double H = design.heightH;
-    const double h = H / 2000;                 // scene z origin at half the height
-    const double d = design.wallOffset / 1000; // metres
-    const double hs = design.standpipeHeight;
-    const double s = design.clampSpacing;
+    const auto [H, h, D, hs, s] = designInputs(design);
+    const double d = D / 1000; // metres
 
     placePart(daten, scene, parts::outlet, design.outletId,
               {{{1, 1, 1}}, {-0.05 - d, 0, (H / 1000 - 186.5 / 2000) - h}, {}});
     placePart(daten, scene, parts::pipe, design.pipeId,
               {{{1, 1, (H - 186.5) / 500}}, {-100.0 / 2000 - d, 0, (H - 186.5) / 2000 - h}, {}});
     std::int32_t dummyId = 0; // only lives during the construction
-    placePart(daten, scene, parts::dummy, dummyId,
-              {{{design.wallOffset / 100000, 0.1, 0.1}}, {-d, 0, 1.0}, {}});
+    placePart(daten, scene, parts::dummy, dummyId, {{{D / 100000, 0.1, 0.1}}, {-d, 0, 1.0}, {}});
     placePart(daten, scene, parts::standpipe, design.standpipeId,
               {{{1, 1, hs / 500}}, {-50.0 / 1000 - d, 0, hs / 2000 - h}, {}});
     placePart(daten, scene, parts::cap, design.capId,

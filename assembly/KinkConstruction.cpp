@@ -26,10 +26,8 @@ KinkOffset kinkOffset(double W, double a, double betaDegrees) {
 // The clamps hang from H - 549.2 - R + 95 down, one spacing apart, 12.7 mm behind the wall.
 void placeClampsAndUpdate(Daten& daten, SceneOperations& scene, double R) {
     DesignRecord& design = daten.design;
-    const double H = design.heightH;
-    const double h = H / 2000;
-    const double s = design.clampSpacing;
-    design.clampCount = clampCountFor((((H - 549.2) - R) + 95) - design.standpipeHeight, s);
+    const auto [H, h, W, hs, s] = designInputs(design);
+    design.clampCount = clampCountFor((((H - 549.2) - R) + 95) - hs, s);
     for (int i = 0; i <= design.clampCount - 1; ++i) {
         placePart(daten, scene, parts::clamp, design.lastClampId,
                   {{},
@@ -54,10 +52,7 @@ Placement capPlacement(double H, double hs) {
 
 void buildKink72(Daten& daten, SceneOperations& scene) {
     DesignRecord& design = daten.design;
-    const double H = design.heightH;
-    const double h = H / 2000;
-    const double W = design.wallOffset;
-    const double hs = design.standpipeHeight;
+    const auto [H, h, W, hs, s] = designInputs(design);
     const auto [L, R] = kinkOffset(W, 102.1, 18);
     const double Lv = (((H - R) - 186.5) - 96.2) + 10;
 
@@ -84,10 +79,7 @@ void buildKink72(Daten& daten, SceneOperations& scene) {
 
 void buildKink42(Daten& daten, SceneOperations& scene) {
     DesignRecord& design = daten.design;
-    const double H = design.heightH;
-    const double h = H / 2000;
-    const double W = design.wallOffset;
-    const double hs = design.standpipeHeight;
+    const auto [H, h, W, hs, s] = designInputs(design);
     const auto [L, R] = kinkOffset(W, 106, 48);
     const double Lv = ((H - 186.5) - R) - 67.4;
 

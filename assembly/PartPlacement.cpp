@@ -5,6 +5,11 @@
 
 namespace pluvarine {
 
+DesignInputs designInputs(const DesignRecord& design) {
+    return {design.heightH, design.heightH / 2000, design.wallOffset, design.standpipeHeight,
+            design.clampSpacing};
+}
+
 void placePart(Daten& daten, SceneOperations& scene, const char* file, std::int32_t& id,
                const Placement& placement) {
     DesignRecord& design = daten.design;

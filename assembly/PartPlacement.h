@@ -17,6 +17,17 @@ struct Placement {
     std::optional<std::array<double, 4>> rotation; // axis x, y, z and angle; inclined pieces
 };
 
+// The record's values every construction starts from, read once at its start (mm), and h,
+// half the height in metres: the scene's vertical origin.
+struct DesignInputs {
+    double H;  // heightH
+    double h;  // H / 2000
+    double D;  // wallOffset
+    double hs; // standpipeHeight
+    double s;  // clampSpacing
+};
+DesignInputs designInputs(const DesignRecord& design);
+
 // Places one part the same way in every construction: AddPart with workFolder + "/res/" + file
 // (the id goes into `id` at once), CurrentObject, ScaleObject, MoveObject, RotateObject,
 // CommitObject(true). Each Boolean result lands in viewerOk. A viewer error or a number beyond

@@ -130,19 +130,21 @@ void Rebuild::run() {
 }
 
 void Rebuild::answerContinuous() {
-    DesignRecord& design = m_daten.design;
-    design.constructionAnswered = true;
-    design.bendChosen = false;
-    design.bendPartsBuilt = false;
-    m_inputs.setBendOptionsEnabled(false);
-    run();
+    answer(false);
 }
 
 void Rebuild::answerBend() {
+    answer(true);
+}
+
+void Rebuild::answer(bool bend) {
     DesignRecord& design = m_daten.design;
     design.constructionAnswered = true;
-    design.bendChosen = true;
-    design.bendPartsBuilt = true;
+    design.bendChosen = bend;
+    design.bendPartsBuilt = bend;
+    if (!bend) {
+        m_inputs.setBendOptionsEnabled(false);
+    }
     run();
 }
 

@@ -38,6 +38,8 @@ private:
     void build(Construction construction);
     void buildBendByAngle();
     void buildAnswered();
+    // Records the answer to the construction question and rebuilds.
+    void answer(bool bend);
 
     Daten& m_daten;
     SceneOperations& m_scene;

@@ -63,44 +63,39 @@ void RecordingScene::CurrentObject(std::int32_t id) {
     m_current = object(id) ? std::optional<std::int32_t>(id) : std::nullopt;
 }
 
-bool RecordingScene::ScaleObject(float sx, float sy, float sz) {
-    SceneCall& call = receive(SceneMember::ScaleObject, "ScaleObject", {sx, sy, sz});
+bool RecordingScene::onTarget(SceneMember member, std::string op, std::vector<SceneValue> args,
+                              const std::function<void(SceneObject&)>& change) {
+    SceneCall& call = receive(member, std::move(op), std::move(args));
     SceneObject* target = currentTarget();
     if (target) {
-        target->scale = {sx, sy, sz};
+        change(*target);
     }
     call.result = target != nullptr;
     return target != nullptr;
+}
+
+bool RecordingScene::ScaleObject(float sx, float sy, float sz) {
+    return onTarget(SceneMember::ScaleObject, "ScaleObject", {sx, sy, sz}, [&](SceneObject& o) {
+        o.scale = {sx, sy, sz};
+    });
 }
 
 bool RecordingScene::MoveObject(float x, float y, float z) {
-    SceneCall& call = receive(SceneMember::MoveObject, "MoveObject", {x, y, z});
-    SceneObject* target = currentTarget();
-    if (target) {
-        target->position = {x, y, z};
-    }
-    call.result = target != nullptr;
-    return target != nullptr;
+    return onTarget(SceneMember::MoveObject, "MoveObject", {x, y, z}, [&](SceneObject& o) {
+        o.position = {x, y, z};
+    });
 }
 
 bool RecordingScene::RotateObject(float ax, float ay, float az, float angle) {
-    SceneCall& call = receive(SceneMember::RotateObject, "RotateObject", {ax, ay, az, angle});
-    SceneObject* target = currentTarget();
-    if (target) {
-        target->rotation = {ax, ay, az, angle};
-    }
-    call.result = target != nullptr;
-    return target != nullptr;
+    return onTarget(SceneMember::RotateObject, "RotateObject", {ax, ay, az, angle},
+                    [&](SceneObject& o) {
+                        o.rotation = {ax, ay, az, angle};
+                    });
 }
 
 bool RecordingScene::CommitObject(bool flag) {
-    SceneCall& call = receive(SceneMember::CommitObject, "CommitObject", {flag});
-    SceneObject* target = currentTarget();
-    if (target) {
-        target->committed = true;
-    }
-    call.result = target != nullptr;
-    return target != nullptr;
+    return onTarget(SceneMember::CommitObject, "CommitObject", {flag},
+                    [](SceneObject& o) { o.committed = true; });
 }
 
 void RecordingScene::UpdateView() {
@@ -109,13 +104,8 @@ void RecordingScene::UpdateView() {
 }
 
 bool RecordingScene::ApplyMaterial(std::int32_t slot, const std::string& materialFile) {
-    SceneCall& call = receive(SceneMember::ApplyMaterial, "ApplyMaterial", {slot, materialFile});
-    SceneObject* target = currentTarget();
-    if (target) {
-        target->material = materialFile;
-    }
-    call.result = target != nullptr;
-    return target != nullptr;
+    return onTarget(SceneMember::ApplyMaterial, "ApplyMaterial", {slot, materialFile},
+                    [&](SceneObject& o) { o.material = materialFile; });
 }
 
 bool RecordingScene::SaveScene(const std::string& path, const std::string& objectName,

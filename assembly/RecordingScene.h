@@ -88,6 +88,10 @@ private:
     // Records the call and throws when a fault rule picks it; returns the record to complete.
     SceneCall& receive(SceneMember member, std::string op, std::vector<SceneValue> args);
     SceneObject* currentTarget();
+    // Records an operation on the current object and applies `change` to it when there is one;
+    // the result tells whether there was.
+    bool onTarget(SceneMember member, std::string op, std::vector<SceneValue> args,
+                  const std::function<void(SceneObject&)>& change);
 
     std::vector<SceneCall> m_calls;
     std::vector<SceneObject> m_objects;

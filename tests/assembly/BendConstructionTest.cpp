@@ -154,17 +154,6 @@ TEST(BendConstruction, PartOrderAndIdsOfTheRecord) {
     EXPECT_FALSE(scene.object(d.secondBendId)->scale.has_value());
 }
 
-TEST(BendConstruction, SpacingZeroStopsAfterTheSevenParts) {
-    for (BendAngle angle : {BendAngle::Deg42, BendAngle::Deg72}) {
-        Daten daten = makeDaten(5000, 600, 300, 0);
-        RecordingScene scene;
-        EXPECT_THROW(buildBend(daten, scene, angle), RuntimeError);
-        EXPECT_EQ(scene.objects().size(), 7U);
-        expectPlacementProtocol(scene.calls(), false);
-        EXPECT_EQ(scene.viewUpdates(), 0);
-    }
-}
-
 TEST(BendConstruction, ClampCountFromTheHeightAboveTheTopClamp) {
     // x = (H - 2B - V + c_v - hs) / s; the span lies 186.5 above the top clamp's Lv.
     const double H = 2700;

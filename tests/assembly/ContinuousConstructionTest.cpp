@@ -126,45 +126,6 @@ TEST(ContinuousConstruction, PlainHeightsOfThePartsMatchTheStack) {
     EXPECT_NEAR((*scene.objects().back().position)[0], 0.0127F - 0.3F, 1e-7F);
 }
 
-struct StopCase {
-    const char* name;
-    double H;
-    double s;
-    int error;
-};
-
-class ContinuousStops : public ::testing::TestWithParam<StopCase> {};
-
-// The clamp count fails: the five parts stay, no clamp, no UpdateView, the count keeps its value.
-TEST_P(ContinuousStops, AtTheClampCount) {
-    const StopCase& c = GetParam();
-    Daten daten = makeDaten(c.H, 300, 300, c.s);
-    daten.design.clampCount = 7;
-    RecordingScene scene;
-    try {
-        buildContinuous(daten, scene);
-        FAIL() << "the construction went on";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.number(), c.error);
-    }
-    EXPECT_EQ(partFiles(scene),
-              (std::vector<std::string>{"Reinhangestutzen_100_218.v3o", "Fallrohr_100_500.v3o",
-                                        "dummy.v3o", "Standrohr_125_500.v3o",
-                                        "Abdeckkappe_100_125.v3o"}));
-    expectPlacementProtocol(scene.calls(), false);
-    EXPECT_EQ(scene.viewUpdates(), 0);
-    EXPECT_EQ(daten.design.clampCount, 7);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, ContinuousStops,
-    ::testing::Values(StopCase{"SpacingZero", 3000, 0, RuntimeError::DivisionByZero},
-                      // 0 / 0: the span is exactly zero as well
-                      StopCase{"ZeroOverZero", 754.2, 0, RuntimeError::Overflow},
-                      // 99245.8 / 3 clamps do not fit 16 bits
-                      StopCase{"CountBeyond16Bits", 100000, 3, RuntimeError::Overflow}),
-    CaseName());
-
 TEST(ContinuousConstruction, ViewerErrorEndsItAtThatPart) {
     Daten daten = makeDaten(3000, 300, 300, 1800);
     RecordingScene scene;
