@@ -27,7 +27,7 @@ public:
         m_model.defaultScene = 0;
     }
 
-    void addObject(const SceneObject& object) {
+    void addObject(const ViewerObject& object) {
         tinygltf::Node node;
         node.name = (object.part->name.empty() ? std::string("object") : object.part->name) +
                     " #" + std::to_string(object.id);
@@ -65,7 +65,7 @@ private:
         int indices = -1;
     };
 
-    int mesh(const SceneObject& object) {
+    int mesh(const ViewerObject& object) {
         // Objects of one part with the same applied material share the mesh.
         const auto key = std::make_pair(object.part.get(), material(object.material));
         if (const auto found = m_meshes.find(key); found != m_meshes.end()) {
@@ -180,7 +180,7 @@ private:
 
 } // namespace
 
-std::string ObjectFileWriter::toGlb(const std::vector<SceneObject>& objects,
+std::string ObjectFileWriter::toGlb(const std::vector<ViewerObject>& objects,
                                     const std::string& name) {
     GlbBuilder builder(name);
     for (const auto& object : objects) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/viewer/SceneObject.h"
+#include "platform/viewer/ViewerObject.h"
 
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@ namespace pluvarine {
 // are metallic-roughness factors. The scene's name is the object name.
 class ObjectFileWriter {
 public:
-    static std::string toGlb(const std::vector<SceneObject>& objects, const std::string& name);
+    static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name);
 
     // Writes the bytes to a temporary file in the target's folder and renames it into place,
     // so the target is either the old file or the complete new one. Throws RuntimeError

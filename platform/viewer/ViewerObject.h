@@ -13,7 +13,7 @@ namespace pluvarine {
 
 // One object of the scene: a part placed by a transform from its own frame to the scene frame.
 // Renderer-independent: the preview, the export and the tests all read these.
-struct SceneObject {
+struct ViewerObject {
     std::int32_t id = 0; // 0 for the content of the base scene, which has no id
     std::shared_ptr<const PartModel> part;
     Matrix4d transform;

@@ -38,7 +38,7 @@ void ViewerScene::LoadScene(const std::string& sceneFile) {
     notify(SceneChange::Content);
     auto base = m_cache->part(sceneFile);
     if (!base->pieces.empty()) {
-        SceneObject object;
+        ViewerObject object;
         object.part = std::move(base);
         object.committed = true;
         m_objects.push_back(std::move(object));
@@ -53,7 +53,7 @@ std::int32_t ViewerScene::AddPart(const std::string& partFile) {
 void ViewerScene::CurrentObject(std::int32_t id) { m_current = id; }
 
 bool ViewerScene::ScaleObject(float sx, float sy, float sz) {
-    SceneObject& object = current("ScaleObject");
+    ViewerObject& object = current("ScaleObject");
     object.transform = placed(object.transform.translationPart(),
                               Matrix4d::scaling(sx, sy, sz) * linearPart(object.transform));
     notify(SceneChange::Placement);
@@ -61,14 +61,14 @@ bool ViewerScene::ScaleObject(float sx, float sy, float sz) {
 }
 
 bool ViewerScene::MoveObject(float x, float y, float z) {
-    SceneObject& object = current("MoveObject");
+    ViewerObject& object = current("MoveObject");
     object.transform = placed({x, y, z}, linearPart(object.transform));
     notify(SceneChange::Placement);
     return true;
 }
 
 bool ViewerScene::RotateObject(float ax, float ay, float az, float angle) {
-    SceneObject& object = current("RotateObject");
+    ViewerObject& object = current("RotateObject");
     object.transform = placed(object.transform.translationPart(),
                               Matrix4d::rotation(ax, ay, az, angle) *
                                   linearPart(object.transform));
@@ -88,7 +88,7 @@ void ViewerScene::UpdateView() {
 }
 
 bool ViewerScene::ApplyMaterial(std::int32_t /*slot*/, const std::string& materialFile) {
-    SceneObject* object = find(m_current);
+    ViewerObject* object = find(m_current);
     if (!object) {
         return false; // an id of a scene since replaced: skipped
     }
@@ -149,7 +149,7 @@ void ViewerScene::clear() {
     notify(SceneChange::Content);
 }
 
-const SceneObject* ViewerScene::object(std::int32_t id) const {
+const ViewerObject* ViewerScene::object(std::int32_t id) const {
     return const_cast<ViewerScene*>(this)->find(id);
 }
 
@@ -177,18 +177,18 @@ int ViewerScene::addObserver(Observer observer) {
 
 void ViewerScene::removeObserver(int handle) { m_observers.erase(handle); }
 
-SceneObject* ViewerScene::find(std::int32_t id) {
+ViewerObject* ViewerScene::find(std::int32_t id) {
     if (id <= 0) {
         return nullptr;
     }
     const auto it = std::lower_bound(
         m_objects.begin(), m_objects.end(), id,
-        [](const SceneObject& object, std::int32_t wanted) { return object.id < wanted; });
+        [](const ViewerObject& object, std::int32_t wanted) { return object.id < wanted; });
     return it != m_objects.end() && it->id == id ? &*it : nullptr;
 }
 
-SceneObject& ViewerScene::current(const char* operation) {
-    SceneObject* object = find(m_current);
+ViewerObject& ViewerScene::current(const char* operation) {
+    ViewerObject* object = find(m_current);
     if (!object) {
         throw RuntimeError(RuntimeError::ViewerError, std::string(operation) + ": object " +
                                                           std::to_string(m_current) +
@@ -202,7 +202,7 @@ std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part,
     if (m_nextId == std::numeric_limits<std::int32_t>::max()) {
         throw RuntimeError(RuntimeError::Overflow, "no object id left");
     }
-    SceneObject object;
+    ViewerObject object;
     object.id = m_nextId++;
     object.part = std::move(part);
     object.transform = transform;

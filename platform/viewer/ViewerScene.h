@@ -5,7 +5,7 @@
 #include "platform/viewer/MaterialCache.h"
 #include "platform/viewer/PartCache.h"
 #include "platform/viewer/SceneChange.h"
-#include "platform/viewer/SceneObject.h"
+#include "platform/viewer/ViewerObject.h"
 
 #include <functional>
 #include <map>
@@ -69,8 +69,8 @@ public:
     // Removes every object; ids keep counting.
     void clear();
 
-    const std::vector<SceneObject>& objects() const { return m_objects; }
-    const SceneObject* object(std::int32_t id) const;
+    const std::vector<ViewerObject>& objects() const { return m_objects; }
+    const ViewerObject* object(std::int32_t id) const;
     std::int32_t currentObject() const { return m_current; }
     std::int32_t nextId() const { return m_nextId; }
     // The drawn objects' extent in the scene frame (auxiliary objects left out).
@@ -87,14 +87,14 @@ public:
     PartCache& partCache() { return *m_cache; }
 
 private:
-    SceneObject* find(std::int32_t id);
-    SceneObject& current(const char* operation);
+    ViewerObject* find(std::int32_t id);
+    ViewerObject& current(const char* operation);
     std::int32_t append(std::shared_ptr<const PartModel> part, const Matrix4d& transform);
     void notify(SceneChange change);
 
     std::shared_ptr<PartCache> m_cache;
     MaterialCache m_materials;
-    std::vector<SceneObject> m_objects; // sorted by id; base-scene content (id 0) first
+    std::vector<ViewerObject> m_objects; // sorted by id; base-scene content (id 0) first
     std::int32_t m_nextId = 1;
     std::int32_t m_current = 0;
     std::uint64_t m_revision = 0;

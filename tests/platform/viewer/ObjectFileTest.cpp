@@ -111,7 +111,7 @@ TEST_F(ObjectFile, ReadsBackAsTheSceneItWasWrittenFrom) {
     EXPECT_EQ(content.sceneName, "Fallrohr");
     ASSERT_EQ(content.items.size(), 5u);
     for (std::size_t i = 0; i < content.items.size(); ++i) {
-        const SceneObject& object = m_scene.objects()[i];
+        const ViewerObject& object = m_scene.objects()[i];
         EXPECT_EQ(content.items[i].transform, object.transform) << i;
         EXPECT_EQ(content.items[i].look.baseColor, object.look(0).baseColor) << i;
         EXPECT_EQ(content.items[i].auxiliary, object.part->auxiliary) << i;

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/viewer/OrbitCamera.h"
+#include "platform/viewer/ViewerScene.h"
+#include "platform/viewer/widget/SceneRenderer.h"
+
+#include <QOpenGLWidget>
+#include <QPoint>
+
+namespace pluvarine {
+
+// The 3D preview of a ViewerScene (the main window's `Player`). Left drag orbits, right or
+// middle drag pans, the wheel zooms, a double click shows the whole assembly from the default
+// direction. UpdateView on the scene fits the view to the assembly. Renders with 4x
+// multisampling. It installs its own save dialog on the scene (SaveScene with an empty path)
+// and removes it again when destroyed. The scene must outlive the widget.
+class PreviewWidget : public QOpenGLWidget {
+    Q_OBJECT
+public:
+    explicit PreviewWidget(ViewerScene& scene, QWidget* parent = nullptr);
+    ~PreviewWidget() override;
+
+    ViewerScene& scene() { return m_scene; }
+    const OrbitCamera& camera() const { return m_camera; }
+    void setCamera(const OrbitCamera& camera);
+
+    // Aims the camera at the whole assembly, keeping the direction.
+    void fitToView();
+    // Default direction, then fit.
+    void resetView();
+
+    // The save dialog the widget installs: asks for a file name, adds ".tob" when the name has
+    // no suffix; empty for cancel.
+    std::string askSavePath(const std::string& objectName);
+
+    QSize sizeHint() const override { return {257, 449}; }
+
+protected:
+    void initializeGL() override;
+    void resizeGL(int width, int height) override;
+    void paintGL() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    float aspect() const;
+    void releaseGl();
+
+    ViewerScene& m_scene;
+    int m_observer = 0;
+    OrbitCamera m_camera;
+    SceneRenderer m_renderer;
+    bool m_followFit = true; // refit on resize until the user moves the view
+    QPoint m_lastMouse;
+    Qt::MouseButton m_dragButton = Qt::NoButton;
+};
+
+} // namespace pluvarine

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "assembly/Daten.h"
+#include "assembly/SceneOperations.h"
+
+#include <string>
+
+namespace pluvarine::test {
+
+// The five constructions, composed through the real rebuild with the main window's default
+// fields (hs 300, dR 1800), H = 3000 and a gutter width of 150:
+//   continuous: overhang 0 (W = 90); bend42: 300 (W = 390); bend72: 500 with O72 (W = 590);
+//   kink42 / kink72: 150, answered "bend construction" (W = 240).
+enum class AssemblyKind { Continuous, Bend42, Bend72, Kink42, Kink72 };
+
+const char* assemblyName(AssemblyKind kind);
+constexpr AssemblyKind kAllAssemblies[] = {AssemblyKind::Continuous, AssemblyKind::Bend42,
+                                           AssemblyKind::Bend72, AssemblyKind::Kink42,
+                                           AssemblyKind::Kink72};
+
+// Runs the rebuild into the scene; returns the design it left (ids, wall offset, ...).
+// `materialFile` empty: every part keeps its own look.
+Daten composeAssembly(SceneOperations& scene, const std::string& workFolder, AssemblyKind kind,
+                      const std::string& materialFile = {});
+
+// The working folder the build lays out when it holds the part catalogue; otherwise a folder
+// of stand-in parts (boxes of the effective sizes) created once below `scratch`.
+std::string partsWorkFolder(const std::string& scratch);
+bool realPartsAvailable();
+
+} // namespace pluvarine::test

@@ -1,0 +1,177 @@
+#include "Assemblies.h"
+#include "TestGlb.h"
+
+#include "platform/viewer/MaterialFile.h"
+#include "platform/viewer/widget/PreviewWidget.h"
+
+#include <QDir>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace pluvarine::test {
+namespace {
+
+constexpr double kHeight = 3000; // H of every composed assembly, mm
+
+// Scene point of a height above the ground (mm) at x (m) in the plane y = 0.
+QVector3D at(double x, double heightMm, double y = 0) {
+    return QVector3D(float(x), float(y), float(heightMm / 1000 - kHeight / 2000));
+}
+
+// Content is drawn in a signal red so that it cannot be mistaken for the backdrop.
+bool isSignal(QRgb c) { return qRed(c) - std::max(qGreen(c), qBlue(c)) > 50; }
+
+int signalPixels(const QImage& image, QPointF centre, int radius) {
+    int count = 0;
+    for (int dy = -radius; dy <= radius; ++dy) {
+        for (int dx = -radius; dx <= radius; ++dx) {
+            const QPoint p(int(centre.x()) + dx, int(centre.y()) + dy);
+            if (image.rect().contains(p) && isSignal(image.pixel(p))) {
+                ++count;
+            }
+        }
+    }
+    return count;
+}
+
+class PreviewRender : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        s_scratch = new QTemporaryDir;
+        s_workFolder = partsWorkFolder(s_scratch->path().toStdString());
+        s_signal = s_scratch->filePath("Signal.ini").toStdString();
+        writeText(s_signal, MaterialFile::format("Signal", 220, 20, 20, 0, 0.7f));
+        s_screenshots = std::string(PLUVARINE_BINARY_DIR) + "/screenshots";
+        QDir().mkpath(QString::fromStdString(s_screenshots));
+    }
+    static void TearDownTestSuite() { delete s_scratch; }
+
+    // Composes the assembly in a shown 692 x 464 preview and grabs what it shows.
+    QImage render(AssemblyKind kind, const std::string& material, const std::string& file) {
+        PreviewWidget widget(m_scene);
+        widget.resize(692, 464);
+        widget.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&widget));
+        const int fits = m_scene.fitRequests();
+        m_daten = composeAssembly(m_scene, s_workFolder, kind, material);
+        EXPECT_EQ(m_scene.fitRequests(), fits + 1);
+        const QImage image = widget.grabFramebuffer();
+        m_camera = widget.camera();
+        const std::string path = s_screenshots + "/" + file;
+        image.save(QString::fromStdString(path));
+        std::cout << "screenshot: " << path << '\n';
+        return image;
+    }
+
+    QPointF pixel(const QImage& image, const QVector3D& point) const {
+        return m_camera.project(point, image.size());
+    }
+
+    void expectContent(const QImage& image, const QVector3D& point, const char* what) {
+        const QPointF p = pixel(image, point);
+        EXPECT_GE(signalPixels(image, p, 2), 13) << what << " not drawn at " << p.x() << ","
+                                                 << p.y();
+    }
+
+    void expectEmpty(const QImage& image, const QVector3D& point, const char* what) {
+        const QPointF p = pixel(image, point);
+        EXPECT_EQ(signalPixels(image, p, 3), 0) << what << " drawn at " << p.x() << "," << p.y();
+    }
+
+    void expectWholeAssemblyInView(const QImage& image) {
+        const Box3 box = m_scene.bounds();
+        ASSERT_FALSE(box.isEmpty());
+        for (int i = 0; i < 8; ++i) {
+            const QPointF p = pixel(image, QVector3D(float(i & 1 ? box.max()[0] : box.min()[0]),
+                                                     float(i & 2 ? box.max()[1] : box.min()[1]),
+                                                     float(i & 4 ? box.max()[2] : box.min()[2])));
+            EXPECT_TRUE(QRectF(image.rect()).contains(p)) << p.x() << "," << p.y();
+        }
+        // Something is drawn near the top and the bottom of the image: the view is filled.
+        int top = image.height(), bottom = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); x += 2) {
+                if (isSignal(image.pixel(x, y))) {
+                    top = std::min(top, y);
+                    bottom = std::max(bottom, y);
+                }
+            }
+        }
+        EXPECT_LT(top, image.height() / 8);
+        EXPECT_GT(bottom, image.height() * 7 / 8);
+    }
+
+    static QTemporaryDir* s_scratch;
+    static std::string s_workFolder, s_signal, s_screenshots;
+    ViewerScene m_scene;
+    OrbitCamera m_camera;
+    Daten m_daten;
+};
+
+QTemporaryDir* PreviewRender::s_scratch = nullptr;
+std::string PreviewRender::s_workFolder, PreviewRender::s_signal, PreviewRender::s_screenshots;
+
+// Overhang 0, gutter 150: W = 90, the whole pipe hangs on the axis x = -0.14 m.
+TEST_F(PreviewRender, ContinuousPipeShowsWhereTheConstructionPutsIt) {
+    render(AssemblyKind::Continuous, "", "continuous.png");
+    const QImage image = render(AssemblyKind::Continuous, s_signal, "continuous-check.png");
+    ASSERT_EQ(m_daten.design.wallOffset, 90);
+    const double axis = -0.14;
+    expectContent(image, at(axis, 150), "standpipe");
+    expectContent(image, at(axis, 1300), "pipe, lower half");
+    expectContent(image, at(axis, 2000), "pipe, upper half");
+    expectContent(image, at(axis, 2900), "gutter outlet");
+    expectEmpty(image, at(axis, 1300, 0.5), "anything beside the pipe");
+    expectEmpty(image, at(-0.54, 2000), "anything out at the 72-degree outlet's place");
+    expectWholeAssemblyInView(image);
+}
+
+// Overhang 500 with O72: W = 590. The outlet hangs 0.54 m out, the pipe comes back to the wall
+// through two 72-degree bends and runs down the wall on the axis x = -0.05 m.
+TEST_F(PreviewRender, Bend72AssemblyShowsWhereTheConstructionPutsIt) {
+    render(AssemblyKind::Bend72, "", "bend72.png");
+    const QImage image = render(AssemblyKind::Bend72, s_signal, "bend72-check.png");
+    ASSERT_EQ(m_daten.design.wallOffset, 590);
+    expectContent(image, at(-0.05, 150), "standpipe");
+    expectContent(image, at(-0.05, 1000), "vertical pipe at the wall");
+    expectContent(image, at(-0.05, 1800), "vertical pipe at the wall, higher up");
+    expectContent(image, at(-0.54, 2906), "gutter outlet out at the gutter");
+    expectContent(image, at(-(590 - 230.4 / 2) / 1000, 3000 - 186.5 - 274.6 / 2), "upper bend");
+    expectEmpty(image, at(-0.54, 1000), "a pipe straight down from the outlet");
+    expectEmpty(image, at(-0.30, 1000), "anything between wall pipe and outlet line");
+    expectWholeAssemblyInView(image);
+}
+
+// Across the pipe, a metal mirrors the bright sky and the dark ground and so spans a wider
+// range of brightness than grey plastic of about the same colour, which stays matt.
+TEST_F(PreviewRender, MetalsLookMetallicAndPlasticDoesNot) {
+    const auto spread = [&](const char* material, const char* file) {
+        const QImage image = render(AssemblyKind::Continuous, s_workFolder + material, file);
+        const QPointF left = pixel(image, at(-0.14, 1300, 0.04));
+        const QPointF right = pixel(image, at(-0.14, 1300, -0.04));
+        int lo = 255, hi = 0;
+        for (int x = int(std::min(left.x(), right.x())); x <= int(std::max(left.x(), right.x()));
+             ++x) {
+            const int grey = qGray(image.pixel(x, int(left.y())));
+            lo = std::min(lo, grey);
+            hi = std::max(hi, grey);
+        }
+        std::cout << material << ": brightness " << lo << ".." << hi << '\n';
+        return hi - lo;
+    };
+    const int plastic = spread("/mat/Grau.ini", "continuous-grey.png");
+    const int zinc = spread("/mat/Zink.ini", "continuous-zinc.png");
+    const int copper = spread("/mat/Kupfer.ini", "continuous-copper.png");
+    const int alu = spread("/mat/Alu.ini", "continuous-alu.png");
+    EXPECT_GT(zinc, plastic * 3 / 2);
+    EXPECT_GT(copper, plastic * 3 / 2);
+    EXPECT_GT(alu, plastic * 3 / 2);
+}
+
+} // namespace
+} // namespace pluvarine::test
