@@ -31,22 +31,27 @@ Value ownExtras(Value::Object fields) {
     return Value(Value::Object{{"pluvarine", Value(std::move(fields))}});
 }
 
-void appendBytes(std::vector<unsigned char>& data, const void* bytes, std::size_t size) {
+// Appends `size` bytes to the model's one buffer (4-byte aligned) with a view and an accessor.
+tinygltf::Accessor addAccessor(tinygltf::Model& model, const void* bytes, std::size_t size,
+                               std::size_t count, int componentType, int type, int target) {
+    auto& data = model.buffers[0].data;
+    tinygltf::BufferView view;
+    view.buffer = 0;
+    view.byteOffset = data.size();
+    view.byteLength = size;
+    view.target = target;
+    model.bufferViews.push_back(view);
     const auto* p = static_cast<const unsigned char*>(bytes);
     data.insert(data.end(), p, p + size);
     while (data.size() % 4 != 0) {
         data.push_back(0);
     }
-}
-
-int addView(tinygltf::Model& model, std::size_t offset, std::size_t length, int target) {
-    tinygltf::BufferView view;
-    view.buffer = 0;
-    view.byteOffset = offset;
-    view.byteLength = length;
-    view.target = target;
-    model.bufferViews.push_back(view);
-    return static_cast<int>(model.bufferViews.size() - 1);
+    tinygltf::Accessor accessor;
+    accessor.bufferView = static_cast<int>(model.bufferViews.size() - 1);
+    accessor.componentType = componentType;
+    accessor.type = type;
+    accessor.count = count;
+    return accessor;
 }
 
 std::string serialise(const tinygltf::Model& model) {
@@ -93,43 +98,25 @@ std::string GlbWriter::partFile(const PartModel& part) {
     tinygltf::Model model;
     model.asset = asset({{"part", Value(part.name)}, {"auxiliary", Value(part.auxiliary)}});
     model.buffers.emplace_back();
-    auto& data = model.buffers[0].data;
 
-    tinygltf::Accessor position;
-    position.bufferView =
-        addView(model, data.size(), positions.size() * 4, TINYGLTF_TARGET_ARRAY_BUFFER);
-    appendBytes(data, positions.data(), positions.size() * 4);
-    position.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
-    position.type = TINYGLTF_TYPE_VEC3;
-    position.count = count;
+    tinygltf::Accessor position = addAccessor(model, positions.data(), positions.size() * 4, count,
+                                              TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3,
+                                              TINYGLTF_TARGET_ARRAY_BUFFER);
     position.minValues = lo;
     position.maxValues = hi;
-
-    tinygltf::Accessor normal;
-    normal.bufferView =
-        addView(model, data.size(), normals.size() * 4, TINYGLTF_TARGET_ARRAY_BUFFER);
-    appendBytes(data, normals.data(), normals.size() * 4);
-    normal.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
-    normal.type = TINYGLTF_TYPE_VEC3;
-    normal.count = count;
-
-    tinygltf::Accessor index;
+    const tinygltf::Accessor normal =
+        addAccessor(model, normals.data(), normals.size() * 4, count, TINYGLTF_COMPONENT_TYPE_FLOAT,
+                    TINYGLTF_TYPE_VEC3, TINYGLTF_TARGET_ARRAY_BUFFER);
     const auto& indices = mesh.indices();
-    const std::size_t start = data.size();
-    if (count <= std::numeric_limits<std::uint16_t>::max()) {
-        std::vector<std::uint16_t> small(indices.begin(), indices.end());
-        appendBytes(data, small.data(), small.size() * 2);
-        index.componentType = TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT;
-        index.bufferView =
-            addView(model, start, small.size() * 2, TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
-    } else {
-        appendBytes(data, indices.data(), indices.size() * 4);
-        index.componentType = TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT;
-        index.bufferView =
-            addView(model, start, indices.size() * 4, TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
-    }
-    index.type = TINYGLTF_TYPE_SCALAR;
-    index.count = indices.size();
+    const std::vector<std::uint16_t> small(indices.begin(), indices.end());
+    const bool fitsShort = count <= std::numeric_limits<std::uint16_t>::max();
+    const tinygltf::Accessor index =
+        fitsShort ? addAccessor(model, small.data(), small.size() * 2, small.size(),
+                                TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT, TINYGLTF_TYPE_SCALAR,
+                                TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER)
+                  : addAccessor(model, indices.data(), indices.size() * 4, indices.size(),
+                                TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT, TINYGLTF_TYPE_SCALAR,
+                                TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
     model.accessors = {position, normal, index};
 
     tinygltf::Material material;

@@ -104,6 +104,43 @@ double plateOutline(double x, double y) {
            corner;
 }
 
+// The outlet's plate from z0 to z1: faces from the funnel's rims (outer radius `rimBelow` at
+// z0, bore radius `rimAbove` at z1) out to the outline, and its edge. Each column takes its
+// direction from the funnel's rings, so the seams close.
+void addPlate(MeshBuilder& mesh, const PlanarPath& axis, int around, double z0, double z1,
+              double rimBelow, double rimAbove) {
+    std::vector<Vec3> outline, edgeNormal;
+    for (int j = 0; j < around; ++j) {
+        const Vec3 dir = axis.ring(0, 1, static_cast<double>(j) / around);
+        double lo = 0, hi = 200;
+        for (int it = 0; it < 80; ++it) {
+            const double mid = (lo + hi) / 2;
+            (plateOutline(dir.x * mid, dir.y * mid) < 0 ? lo : hi) = mid;
+        }
+        const Vec3 p = dir * lo;
+        outline.push_back(p);
+        constexpr double e = 1e-5;
+        edgeNormal.push_back({plateOutline(p.x + e, p.y) - plateOutline(p.x - e, p.y),
+                              plateOutline(p.x, p.y + e) - plateOutline(p.x, p.y - e), 0});
+    }
+    const Vec3 up{0, 0, 1}, down{0, 0, -1}, atZ0{0, 0, z0}, atZ1{0, 0, z1};
+    for (int j = 0; j < around; ++j) {
+        const int k = (j + 1) % around;
+        const double vj = static_cast<double>(j) / around, vk = static_cast<double>(k) / around;
+        mesh.addQuad(mesh.addVertex(axis.ring(z1, rimAbove, vj), up),
+                     mesh.addVertex(axis.ring(z1, rimAbove, vk), up),
+                     mesh.addVertex(outline[k] + atZ1, up), mesh.addVertex(outline[j] + atZ1, up));
+        mesh.addQuad(mesh.addVertex(axis.ring(z0, rimBelow, vj), down),
+                     mesh.addVertex(axis.ring(z0, rimBelow, vk), down),
+                     mesh.addVertex(outline[k] + atZ0, down),
+                     mesh.addVertex(outline[j] + atZ0, down));
+        mesh.addQuad(mesh.addVertex(outline[j] + atZ0, edgeNormal[j]),
+                     mesh.addVertex(outline[k] + atZ0, edgeNormal[k]),
+                     mesh.addVertex(outline[k] + atZ1, edgeNormal[k]),
+                     mesh.addVertex(outline[j] + atZ1, edgeNormal[j]));
+    }
+}
+
 } // namespace
 
 PartModel pipe() {
@@ -134,39 +171,7 @@ PartModel outlet() {
     sweep.line(holeRadius, half, kPipeBore, funnelFoot, 4);
     sweep.line(kPipeBore, funnelFoot, kPipeBore, -half, 2);
 
-    // The plate: top and bottom faces from the funnel's rim out to the outline, and its edge.
-    // Each column shares its direction with the funnel's rings, so the seams close.
-    MeshBuilder& mesh = part.mesh;
-    for (int j = 0; j < around; ++j) {
-        const int k = (j + 1) % around;
-        const auto outline = [&](int column, double z) {
-            const Vec3 dir = axis.ring(0, 1, static_cast<double>(column) / around);
-            double lo = 0, hi = 200;
-            for (int it = 0; it < 80; ++it) {
-                const double mid = (lo + hi) / 2;
-                (plateOutline(dir.x * mid, dir.y * mid) < 0 ? lo : hi) = mid;
-            }
-            return Vec3{dir.x * lo, dir.y * lo, z};
-        };
-        const auto edgeNormal = [&](const Vec3& p) {
-            constexpr double e = 1e-5;
-            return Vec3{plateOutline(p.x + e, p.y) - plateOutline(p.x - e, p.y),
-                        plateOutline(p.x, p.y + e) - plateOutline(p.x, p.y - e), 0};
-        };
-        const Vec3 up{0, 0, 1}, down{0, 0, -1};
-        const double vj = static_cast<double>(j) / around, vk = static_cast<double>(k) / around;
-        mesh.addQuad(mesh.addVertex(axis.ring(half, holeRadius, vj), up),
-                     mesh.addVertex(axis.ring(half, holeRadius, vk), up),
-                     mesh.addVertex(outline(k, half), up), mesh.addVertex(outline(j, half), up));
-        mesh.addQuad(mesh.addVertex(axis.ring(plateBottom, funnelTop, vj), down),
-                     mesh.addVertex(axis.ring(plateBottom, funnelTop, vk), down),
-                     mesh.addVertex(outline(k, plateBottom), down),
-                     mesh.addVertex(outline(j, plateBottom), down));
-        const Vec3 a = outline(j, plateBottom), b = outline(k, plateBottom);
-        mesh.addQuad(mesh.addVertex(a, edgeNormal(a)), mesh.addVertex(b, edgeNormal(b)),
-                     mesh.addVertex(outline(k, half), edgeNormal(b)),
-                     mesh.addVertex(outline(j, half), edgeNormal(a)));
-    }
+    addPlate(part.mesh, axis, around, plateBottom, half, funnelTop, holeRadius);
     part.openings = {{"bottom", {0, 0, -half}, {0, 0, -1}, kPipeRadius}};
     return part;
 }

@@ -6,8 +6,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <map>
-#include <memory>
 #include <numbers>
 
 namespace pluvarine {
@@ -32,12 +30,7 @@ struct Placement {
 };
 
 const GlbPart& part(const std::string& stem) {
-    static std::map<std::string, std::unique_ptr<GlbPart>> cache;
-    auto& slot = cache[stem];
-    if (!slot) {
-        slot = std::make_unique<GlbPart>(GlbPart::resPath(stem));
-    }
-    return *slot;
+    return GlbPart::catalogued(stem);
 }
 
 Opening placed(const Placement& at, const std::string& name) {

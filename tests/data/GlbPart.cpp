@@ -2,7 +2,8 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
+#include <map>
+#include <memory>
 #include <numbers>
 #include <stdexcept>
 
@@ -105,22 +106,29 @@ std::string GlbPart::resPath(const std::string& stem) {
     return std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem + ".v3o";
 }
 
-Vec3 GlbPart::lowest() const {
-    Vec3 lo{std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
-            std::numeric_limits<double>::max()};
-    for (const Vec3& p : m_positions) {
-        lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
+const GlbPart& GlbPart::catalogued(const std::string& stem) {
+    static std::map<std::string, std::unique_ptr<GlbPart>> cache;
+    auto& slot = cache[stem];
+    if (!slot) {
+        slot = std::make_unique<GlbPart>(resPath(stem));
     }
-    return lo;
+    return *slot;
+}
+
+Vec3 GlbPart::extreme(double sign) const {
+    Vec3 e = m_positions.empty() ? Vec3{} : m_positions.front() * sign;
+    for (const Vec3& p : m_positions) {
+        e = {std::max(e.x, sign * p.x), std::max(e.y, sign * p.y), std::max(e.z, sign * p.z)};
+    }
+    return e * sign;
+}
+
+Vec3 GlbPart::lowest() const {
+    return extreme(-1);
 }
 
 Vec3 GlbPart::highest() const {
-    Vec3 hi{std::numeric_limits<double>::lowest(), std::numeric_limits<double>::lowest(),
-            std::numeric_limits<double>::lowest()};
-    for (const Vec3& p : m_positions) {
-        hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
-    }
-    return hi;
+    return extreme(1);
 }
 
 const Opening& GlbPart::opening(const std::string& name) const {

@@ -17,6 +17,8 @@ public:
     explicit GlbPart(const std::string& path);
 
     static std::string resPath(const std::string& stem);
+    // The part file of that stem in the working folder's res/, read once per test program.
+    static const GlbPart& catalogued(const std::string& stem);
 
     const tinygltf::Model& model() const { return m_model; }
     const std::vector<Vec3>& positions() const { return m_positions; }
@@ -38,6 +40,8 @@ public:
     double windingNumber(const Vec3& p) const;
 
 private:
+    Vec3 extreme(double sign) const;
+
     tinygltf::Model m_model;
     std::vector<Vec3> m_positions;
     std::vector<Vec3> m_normals;

@@ -111,15 +111,7 @@ const PartSpec kParts[] = {
 
 class PartFile : public ::testing::TestWithParam<PartSpec> {
 protected:
-    static const GlbPart& part() {
-        // Each file is read once per test program run.
-        static std::map<std::string, std::unique_ptr<GlbPart>> cache;
-        auto& slot = cache[GetParam().stem];
-        if (!slot) {
-            slot = std::make_unique<GlbPart>(GlbPart::resPath(GetParam().stem));
-        }
-        return *slot;
-    }
+    static const GlbPart& part() { return GlbPart::catalogued(GetParam().stem); }
 };
 
 void expectAxis(const char* axis, double lo, double hi, const Axis& expected) {
