@@ -63,17 +63,6 @@ void RecordingScene::CurrentObject(std::int32_t id) {
     m_current = object(id) ? std::optional<std::int32_t>(id) : std::nullopt;
 }
 
-bool RecordingScene::onTarget(SceneMember member, std::string op, std::vector<SceneValue> args,
-                              const std::function<void(SceneObject&)>& change) {
-    SceneCall& call = receive(member, std::move(op), std::move(args));
-    SceneObject* target = currentTarget();
-    if (target) {
-        change(*target);
-    }
-    call.result = target != nullptr;
-    return target != nullptr;
-}
-
 bool RecordingScene::ScaleObject(float sx, float sy, float sz) {
     return onTarget(SceneMember::ScaleObject, "ScaleObject", {sx, sy, sz}, [&](SceneObject& o) {
         o.scale = {sx, sy, sz};

@@ -90,8 +90,17 @@ private:
     SceneObject* currentTarget();
     // Records an operation on the current object and applies `change` to it when there is one;
     // the result tells whether there was.
-    bool onTarget(SceneMember member, std::string op, std::vector<SceneValue> args,
-                  const std::function<void(SceneObject&)>& change);
+    template <typename Change>
+    bool onTarget(SceneMember member, const char* op, std::vector<SceneValue> args,
+                  const Change& change) {
+        SceneCall& call = receive(member, op, std::move(args));
+        SceneObject* target = currentTarget();
+        if (target) {
+            change(*target);
+        }
+        call.result = target != nullptr;
+        return target != nullptr;
+    }
 
     std::vector<SceneCall> m_calls;
     std::vector<SceneObject> m_objects;

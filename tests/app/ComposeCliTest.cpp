@@ -1,0 +1,199 @@
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct CliRun {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+CliRun compose(const QStringList& args) {
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("LC_ALL", "C.UTF-8");
+    process.setProcessEnvironment(env);
+    process.start(PLUVARINE_CLI, QStringList{"compose"} + args);
+    EXPECT_TRUE(process.waitForFinished(30000));
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+}
+
+nlohmann::json report(const QStringList& args) {
+    const CliRun run = compose(args);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    return nlohmann::json::parse(run.out);
+}
+
+std::vector<std::string> roles(const nlohmann::json& doc) {
+    std::vector<std::string> result;
+    for (const auto& part : doc["parts"]) {
+        result.push_back(part["role"]);
+    }
+    return result;
+}
+
+// A printed number must read back to exactly the float the construction computed.
+float asFloat(const nlohmann::json& number) {
+    return static_cast<float>(number.get<double>());
+}
+
+TEST(ComposeCli, DefaultHeight3000GivesTheContinuousPipeWithTwoClamps) {
+    const CliRun run = compose({"--height", "3000"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const auto doc = nlohmann::json::parse(run.out);
+    EXPECT_EQ(doc["construction"], "continuous");
+    EXPECT_EQ(doc["questionAsked"], false);
+    EXPECT_EQ(doc["clampCount"], 2);
+    EXPECT_FALSE(doc.contains("calls"));
+    EXPECT_EQ(roles(doc), (std::vector<std::string>{"outlet", "pipe", "dummy", "standpipe", "cap",
+                                                    "clamp", "clamp"}));
+    const auto& outlet = doc["parts"][0];
+    EXPECT_EQ(outlet["file"], "Reinhangestutzen_100_218.v3o");
+    EXPECT_EQ(outlet["id"], 1);
+    EXPECT_TRUE(outlet["rotation"].is_null());
+    EXPECT_EQ(outlet["material"], "");                  // no material picked yet
+    EXPECT_TRUE(doc["parts"][2]["material"].is_null()); // the dummy gets none
+    EXPECT_TRUE(doc["parts"][5]["scale"].is_null());    // clamps are not scaled
+    // Shortest texts: 0.01 as the single it is, not its double expansion.
+    EXPECT_NE(run.out.find("\"position\": [0.01, 0, 1.40675]"), std::string::npos) << run.out;
+    // Clamp centres at 2545.8 and 745.8 mm above the ground (scene z from half the height).
+    EXPECT_EQ(asFloat(doc["parts"][5]["position"][2]),
+              static_cast<float>(((3000 - 549.2) + 95) / 1000 - 1.5));
+    EXPECT_EQ(asFloat(doc["parts"][6]["position"][2]),
+              static_cast<float>(((3000 - 549.2) + 95) / 1000 - 1800.0 / 1000 - 1.5));
+}
+
+TEST(ComposeCli, OverhangOf600With72DegreesGivesTheBendsWithThreeClamps) {
+    const auto doc =
+        report({"--height", "5000", "--overhang", "600", "--gutter-width", "60", "--angle", "72"});
+    EXPECT_EQ(doc["construction"], "bend72");
+    EXPECT_EQ(doc["clampCount"], 3);
+    EXPECT_EQ(roles(doc),
+              (std::vector<std::string>{"firstBend", "secondBend", "offsetPipe", "pipe",
+                                        "standpipe", "outlet", "cap", "clamp", "clamp", "clamp"}));
+    EXPECT_EQ(doc["parts"][0]["file"], "Bogen_100_72_L.v3o");
+    EXPECT_EQ(doc["parts"][2]["rotation"], nlohmann::json::parse("[0, -1, 0, 72]"));
+    const double expected[] = {4304.27, 2504.27, 704.27};
+    for (int i = 0; i < 3; ++i) {
+        const double mm = (doc["parts"][7 + i]["position"][2].get<double>() + 2.5) * 1000;
+        EXPECT_NEAR(mm, expected[i], 0.006);
+    }
+}
+
+TEST(ComposeCli, TheQuestionAndItsAnswers) {
+    const auto asked = report({"--height", "3000", "--overhang", "150"});
+    EXPECT_EQ(asked["construction"], "none");
+    EXPECT_EQ(asked["questionAsked"], true);
+    EXPECT_TRUE(asked["parts"].empty());
+
+    const auto bend = report({"--height", "3000", "--overhang", "150", "--answer", "bend"});
+    EXPECT_EQ(bend["construction"], "kink42");
+    EXPECT_EQ(bend["questionAsked"], true);
+    EXPECT_EQ(bend["parts"][0]["role"], "outlet"); // the 42-degree kink places it first
+
+    const auto straight =
+        report({"--height", "3000", "--overhang", "150", "--answer", "continuous"});
+    EXPECT_EQ(straight["construction"], "continuous");
+
+    // An answer without a question changes nothing.
+    EXPECT_EQ(report({"--height", "3000", "--answer", "bend"})["construction"], "continuous");
+}
+
+TEST(ComposeCli, MaterialIsChosenAfterTheFirstBuild) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const std::string folder = dir.path().toStdString();
+    const auto doc =
+        report({"--height", "3000", "--material", "copper", "--work-folder", dir.path() + "/"});
+    for (const auto& part : doc["parts"]) {
+        if (part["role"] != "dummy") {
+            EXPECT_EQ(part["material"], folder + "/mat/Kupfer.ini");
+        }
+    }
+    // Nothing built, nothing to colour: the choice is not taken.
+    const auto none = report({"--height", "3000", "--overhang", "150", "--material", "zinc"});
+    EXPECT_TRUE(none["parts"].empty());
+}
+
+TEST(ComposeCli, TraceListsEveryOperationOfTheRun) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const std::string folder = dir.path().toStdString();
+    const auto doc =
+        report({"--height", "3000", "--work-folder", dir.path(), "--trace", "--material", "alu"});
+    const auto& calls = doc["calls"];
+    ASSERT_FALSE(calls.empty());
+    EXPECT_EQ(calls[0]["member"], 9);
+    EXPECT_EQ(calls[0]["op"], "LoadScene");
+    EXPECT_EQ(calls[0]["args"][0], folder + "/main.v3o");
+    EXPECT_EQ(calls[1]["member"], 128);
+    EXPECT_EQ(calls[1]["args"][0], folder + "/res/Reinhangestutzen_100_218.v3o");
+    EXPECT_EQ(calls[1]["result"], 1);
+    int applied = 0;
+    for (const auto& call : calls) {
+        if (call["op"] == "ApplyMaterial") {
+            EXPECT_EQ(call["member"], 120);
+            EXPECT_EQ(call["args"][0], 0);
+            ++applied;
+        }
+    }
+    EXPECT_EQ(applied, 2 * 6); // the rebuild's material step, then the choice's
+    EXPECT_EQ(calls.back()["args"][1], folder + "/mat/Alu.ini");
+}
+
+TEST(ComposeCli, AFieldTextThatIsNoNumberBehavesAsTheFieldWould) {
+    // txths empty: the standpipe height keeps its start value 0.
+    const auto doc = report({"--height", "3000", "--standpipe", ""});
+    EXPECT_EQ(doc["construction"], "continuous");
+    EXPECT_EQ(doc["clampCount"], 2); // (3000 - 454.2) / 1800 = 1.41
+    EXPECT_EQ(doc["parts"][3]["scale"][2], 0);
+    // txtdR "1+2": the spacing keeps 0, the construction stops at the clamp count.
+    const auto stopped = report({"--height", "3000", "--clamp-spacing", "1+2"});
+    EXPECT_EQ(stopped["construction"], "continuous");
+    EXPECT_EQ(stopped["parts"].size(), 5U);
+    // txtÜd not a number: nothing built, nothing asked.
+    const auto nothing = report({"--height", "3000", "--overhang", "abc"});
+    EXPECT_EQ(nothing["construction"], "none");
+    EXPECT_EQ(nothing["questionAsked"], false);
+}
+
+struct Refusal {
+    const char* name;
+    std::vector<const char*> args;
+};
+
+class ComposeCliRefuses : public ::testing::TestWithParam<Refusal> {};
+
+TEST_P(ComposeCliRefuses, WithOneLineOnStandardErrorAndExitCode2) {
+    QStringList args;
+    for (const char* arg : GetParam().args) {
+        args << arg;
+    }
+    const CliRun run = compose(args);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.out, "");
+    ASSERT_FALSE(run.err.empty());
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Errors, ComposeCliRefuses,
+    ::testing::Values(Refusal{"UnknownOption", {"--colour", "red"}},
+                      Refusal{"MalformedHeight", {"--height", "3 m"}},
+                      Refusal{"HeightWithPlusInside", {"--height", "1+2"}},
+                      Refusal{"MalformedGutterWidth", {"--gutter-width", "wide"}},
+                      Refusal{"MissingValue", {"--height"}},
+                      Refusal{"UnknownAngle", {"--angle", "45"}},
+                      Refusal{"UnknownMaterial", {"--material", "gold"}}),
+    [](const ::testing::TestParamInfo<Refusal>& param) { return std::string(param.param.name); });
+
+} // namespace
