@@ -13,8 +13,7 @@ class HostRoofList {
 public:
     virtual ~HostRoofList() = default;
     // The roof at the plan point (overhang included), or nullptr when there is none.
-    virtual std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y,
-                                                 std::int32_t& ignored,
+    virtual std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t& ignored,
                                                  std::array<float, 6>& six, bool& ignoredFlag) = 0;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-
 #include <cstdint>
 #include <string>
 
@@ -21,7 +20,7 @@ public:
     virtual void stayOnTop(bool on) = 0;
 
     virtual void setClickLabels(const std::string& x, const std::string& y) = 0; // lblX, lblY
-    virtual std::string overhangText() const = 0;                               // txtÜd
+    virtual std::string overhangText() const = 0;                                // txtÜd
     virtual void setOverhangText(const std::string& text) = 0;
 
     // Timer1: one-shot 100 ms; when it fires the window calls back the macro's timer handler.
