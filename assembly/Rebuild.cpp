@@ -1,8 +1,5 @@
 #include "assembly/Rebuild.h"
 
-#include "assembly/BendConstruction.h"
-#include "assembly/ContinuousConstruction.h"
-#include "assembly/KinkConstruction.h"
 #include "assembly/MaterialChoice.h"
 #include "assembly/Neu.h"
 #include "base/Conversions.h"
@@ -28,27 +25,7 @@ void Rebuild::build(Construction construction) {
     m_lastConstruction = construction;
     resumeNext(
         {
-            [&] {
-                switch (construction) {
-                case Construction::Continuous:
-                    buildContinuous(m_daten, m_scene);
-                    break;
-                case Construction::Bend42:
-                    buildBend(m_daten, m_scene, BendAngle::Deg42);
-                    break;
-                case Construction::Bend72:
-                    buildBend(m_daten, m_scene, BendAngle::Deg72);
-                    break;
-                case Construction::Kink42:
-                    buildKink(m_daten, m_scene, BendAngle::Deg42);
-                    break;
-                case Construction::Kink72:
-                    buildKink(m_daten, m_scene, BendAngle::Deg72);
-                    break;
-                case Construction::None:
-                    break;
-                }
-            },
+            [&] { buildConstruction(construction, m_daten, m_scene); },
             // Set even when the construction stopped part-way: the parts placed so far count.
             [&] { design.modelBuilt = true; },
             [&] { materialStep(design, m_scene); },

@@ -1,31 +1,11 @@
 #include "AssemblyTestSupport.h"
-#include "assembly/BendConstruction.h"
 #include "assembly/Construction.h"
-#include "assembly/ContinuousConstruction.h"
-#include "assembly/KinkConstruction.h"
 #include "base/RuntimeError.h"
 
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {
 namespace {
-
-void build(Construction construction, Daten& daten, SceneOperations& scene) {
-    switch (construction) {
-    case Construction::Continuous:
-        return buildContinuous(daten, scene);
-    case Construction::Bend42:
-        return buildBend(daten, scene, BendAngle::Deg42);
-    case Construction::Bend72:
-        return buildBend(daten, scene, BendAngle::Deg72);
-    case Construction::Kink42:
-        return buildKink(daten, scene, BendAngle::Deg42);
-    case Construction::Kink72:
-        return buildKink(daten, scene, BendAngle::Deg72);
-    case Construction::None:
-        return;
-    }
-}
 
 const std::vector<std::string> continuousParts{"Reinhangestutzen_100_218.v3o",
                                                "Fallrohr_100_500.v3o", "dummy.v3o",
@@ -69,7 +49,7 @@ TEST_P(ConstructionStops, AtTheClampCount) {
     daten.design.lastClampId = 99;
     RecordingScene scene;
     try {
-        build(c.construction, daten, scene);
+        buildConstruction(c.construction, daten, scene);
         FAIL() << "the construction went on";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.number(), c.error);
