@@ -1,0 +1,84 @@
+#pragma once
+
+#include "host/HostEvents.h"
+#include "platform/tectaro/Building.h"
+#include "platform/tectaro/TectaroHost.h"
+
+#include <QCoreApplication>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace pluvarine::test {
+
+inline std::string sampleHousePath() {
+    return std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json";
+}
+
+inline std::shared_ptr<const Building> sampleHouse() {
+    return std::make_shared<const Building>(Building::load(sampleHousePath()));
+}
+
+// Lets the event loop run until the host's queue is empty.
+inline void runUntilIdle(TectaroHost& host) {
+    for (int turn = 0; turn < 10000 && host.busy(); ++turn) {
+        QCoreApplication::processEvents();
+    }
+}
+
+// A macro stand-in that records every event by name, with the arguments that matter, and
+// runs an optional reaction for it.
+class RecordingEvents : public HostEvents {
+public:
+    std::vector<std::string> names;
+    std::vector<std::shared_ptr<HostBuilding>> loadedBuildings;
+    std::vector<bool> clickValid;
+    std::vector<std::pair<float, float>> clickPoints;
+    std::vector<std::int32_t> buttonIds;
+    std::int32_t chunksToAdd = 1;
+    std::function<void(const std::string& event)> reaction;
+    int depth = 0;
+    int maxDepth = 0;
+
+    void exe_ProgramExit() override { record("ProgramExit"); }
+    void exe_GotOneClick(bool valid, float x, float y, std::int32_t) override {
+        clickValid.push_back(valid);
+        clickPoints.emplace_back(x, y);
+        record("GotOneClick");
+    }
+    void exe_ButtonChange(std::int32_t btnId, std::int32_t evnt, std::int32_t, bool pressed, bool,
+                          bool) override {
+        if (evnt == 2 && pressed) {
+            buttonIds.push_back(btnId);
+        }
+        record("ButtonChange");
+    }
+    void exe_LoadComplete(bool) override { record("LoadComplete"); }
+    void exe_LoadBuilding(std::shared_ptr<HostBuilding> b, std::int32_t) override {
+        loadedBuildings.push_back(b);
+        record(b ? "LoadBuilding(b)" : "LoadBuilding()");
+    }
+    void exe_SaveStart(const std::string&, std::int32_t, bool,
+                       std::int32_t& numChunksToSave) override {
+        numChunksToSave += chunksToAdd;
+        record("SaveStart");
+    }
+    void exe_SaveBuilding(std::int32_t, std::shared_ptr<HostBuilding>) override {
+        record("SaveBuilding");
+    }
+    void exe_ProjectClosed() override { record("ProjectClosed"); }
+    void exe_NewCurrentProject() override { record("NewCurrentProject"); }
+
+private:
+    void record(const std::string& name) {
+        ++depth;
+        maxDepth = std::max(maxDepth, depth);
+        names.push_back(name);
+        if (reaction) {
+            reaction(name);
+        }
+        --depth;
+    }
+};
+
+} // namespace pluvarine::test
