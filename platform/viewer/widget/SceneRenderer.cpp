@@ -91,7 +91,14 @@ void main() {
 }
 )";
 
-const SurfaceLook kWallLook{"wall", {0.92f, 0.91f, 0.88f}, 0.0f, 1.0f};
+// The backdrop is flat and evenly lit: one colour, no need for the full shading per pixel.
+const char* kFlatFragmentShader = R"(#version 330 core
+uniform vec3 flatColor;
+out vec4 fragColor;
+void main() { fragColor = vec4(flatColor, 1.0); }
+)";
+
+const QColor kWallColor(214, 212, 206);
 
 } // namespace
 
@@ -107,6 +114,10 @@ void SceneRenderer::initialize() {
     m_program->addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
     m_program->addShaderFromSourceCode(QOpenGLShader::Fragment, kFragmentShader);
     m_program->link();
+    m_flatProgram = std::make_unique<QOpenGLShaderProgram>();
+    m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
+    m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Fragment, kFlatFragmentShader);
+    m_flatProgram->link();
     m_wall = std::make_shared<MeshData>();
     m_wall->positions = {0, -1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1};
     m_wall->normals = {-1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0};
@@ -125,6 +136,7 @@ void SceneRenderer::release() {
     }
     m_meshes.clear();
     m_program.reset();
+    m_flatProgram.reset();
     m_initialized = false;
 }
 
@@ -162,13 +174,14 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
             }
         }
     }
-    drawBackdrop(scene);
     m_program->release();
+    drawBackdrop(scene, camera, aspect);
 }
 
-void SceneRenderer::drawBackdrop(const ViewerScene& scene) {
+void SceneRenderer::drawBackdrop(const ViewerScene& scene, const OrbitCamera& camera,
+                                 float aspect) {
     const Box3 box = scene.bounds();
-    if (box.isEmpty()) {
+    if (box.isEmpty() || !m_flatProgram->isLinked()) {
         return;
     }
     const auto size = box.size();
@@ -177,11 +190,23 @@ void SceneRenderer::drawBackdrop(const ViewerScene& scene) {
     QMatrix4x4 model;
     model.translate(0, float(centre[1]), float(centre[2]));
     model.scale(1, float(extent * 1.5), float(size[2] / 2 + extent * 0.5));
-    // Drawn last and pushed back a little, so parts touching the wall stay in front of it.
+    // Drawn last, so the depth test skips it behind the parts, and pushed back a little, so
+    // parts touching the wall stay in front of it.
+    m_flatProgram->bind();
+    m_flatProgram->setUniformValue("viewProjection",
+                                   camera.projectionMatrix(aspect) * camera.viewMatrix());
+    m_flatProgram->setUniformValue("model", model);
+    m_flatProgram->setUniformValue("normalMatrix", model.normalMatrix());
+    m_flatProgram->setUniformValue(
+        "flatColor", QVector3D(kWallColor.redF(), kWallColor.greenF(), kWallColor.blueF()));
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(1.0f, 4.0f);
-    drawMesh(upload(m_wall), model, kWallLook);
+    const GpuMesh& wall = upload(m_wall);
+    glBindVertexArray(wall.vao);
+    glDrawElements(GL_TRIANGLES, wall.indexCount, GL_UNSIGNED_INT, nullptr);
+    glBindVertexArray(0);
     glDisable(GL_POLYGON_OFFSET_FILL);
+    m_flatProgram->release();
 }
 
 void SceneRenderer::drawMesh(const GpuMesh& mesh, const QMatrix4x4& model,

@@ -43,10 +43,11 @@ private:
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
     void drawMesh(const GpuMesh& mesh, const QMatrix4x4& model, const SurfaceLook& look);
-    void drawBackdrop(const ViewerScene& scene);
+    void drawBackdrop(const ViewerScene& scene, const OrbitCamera& camera, float aspect);
 
     bool m_initialized = false;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
+    std::unique_ptr<QOpenGLShaderProgram> m_flatProgram;
     std::map<const MeshData*, GpuMesh> m_meshes;
     std::shared_ptr<MeshData> m_wall;
 };
