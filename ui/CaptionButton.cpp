@@ -1,5 +1,7 @@
 #include "ui/CaptionButton.h"
 
+#include "ui/FittedText.h"
+
 #include <algorithm>
 
 #include <QStyleOptionButton>
@@ -16,23 +18,24 @@ constexpr int textFlags = Qt::TextWordWrap | Qt::AlignCenter;
 CaptionButton::CaptionButton(QWidget* parent) : QPushButton(parent) {}
 
 CaptionButton::Placement CaptionButton::place() const {
-    QStyleOptionButton option;
-    initStyleOption(&option);
-    const QRect content = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this);
+    // Classic buttons use nearly their whole face for the caption.
+    const QRect content = rect().adjusted(4, 2, -4, -2);
     const bool hasIcon = !icon().isNull();
     const QSize iconExtent = hasIcon ? iconSize() : QSize(0, 0);
     const int gap = hasIcon && !text().isEmpty() ? iconSpacing : 0;
-    const int textWidth = std::max(1, content.width() - iconExtent.width() - gap);
-    const QRect needed = fontMetrics().boundingRect(QRect(0, 0, textWidth, 10000), textFlags, text());
+    const QSize textRoom(std::max(1, content.width() - iconExtent.width() - gap),
+                         std::max(1, content.height()));
+    Placement p;
+    p.font = fittingFont(font(), text(), textRoom, textFlags);
+    p.fits = textFits(p.font, text(), textRoom, textFlags);
+    const QRect needed =
+        QFontMetrics(p.font).boundingRect(QRect(QPoint(0, 0), textRoom), textFlags, text());
     const int total = iconExtent.width() + gap + needed.width();
     const int left = content.x() + (content.width() - total) / 2;
-    Placement p;
     p.icon = QRect(QPoint(left, content.center().y() - iconExtent.height() / 2 + 1), iconExtent);
     p.text = QRect(left + iconExtent.width() + gap,
                    content.y() + (content.height() - needed.height()) / 2, needed.width(),
                    needed.height());
-    // A word longer than the line stays whole and sticks out: the measured extent tells.
-    p.fits = needed.width() <= textWidth && needed.height() <= content.height();
     return p;
 }
 
@@ -42,6 +45,10 @@ QRect CaptionButton::captionRect() const {
 
 bool CaptionButton::captionFits() const {
     return place().fits;
+}
+
+bool CaptionButton::captionShrunk() const {
+    return place().font.pixelSize() < font().pixelSize();
 }
 
 void CaptionButton::paintEvent(QPaintEvent*) {
@@ -63,6 +70,7 @@ void CaptionButton::paintEvent(QPaintEvent*) {
         const QIcon::Mode mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
         painter.drawPixmap(p.icon.topLeft(), icon().pixmap(iconSize(), devicePixelRatio(), mode));
     }
+    painter.setFont(p.font);
     style()->drawItemText(&painter, p.text, textFlags, palette(), isEnabled(), text(),
                           QPalette::ButtonText);
     if (hasFocus()) {

@@ -4,9 +4,9 @@
 
 namespace pluvarine {
 
-// A push button whose caption breaks into lines where it is wider than the button, with the
-// picture beside the caption block, both centred: long translations stay readable on buttons
-// of a fixed size instead of being cut off at both ends.
+// A push button whose caption breaks into lines where it is wider than the button, and takes a
+// smaller type size only where even that does not fit; the picture stands beside the caption
+// block, both centred. Long translations stay whole on buttons of a fixed size.
 class CaptionButton : public QPushButton {
     Q_OBJECT
 public:
@@ -15,8 +15,10 @@ public:
     // The rectangle the caption needs inside the button, in button coordinates (tests use it
     // to find captions that do not fit).
     QRect captionRect() const;
-    // True when the caption, broken into lines, fits into the button's content area.
+    // True when the caption fits into the button, at the smallest type size at the latest.
     bool captionFits() const;
+    // True when the caption needs a smaller type size than the button's font.
+    bool captionShrunk() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -25,7 +27,8 @@ private:
     struct Placement {
         QRect icon;
         QRect text;
-        bool fits;
+        QFont font;
+        bool fits = false;
     };
     Placement place() const;
 };

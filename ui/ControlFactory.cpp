@@ -2,6 +2,7 @@
 
 #include "ui/CaptionButton.h"
 #include "ui/NumericKeyFilter.h"
+#include "ui/OptionButton.h"
 #include "ui/UiAssets.h"
 
 #include <QGroupBox>
@@ -52,7 +53,7 @@ CaptionButton* addButton(QWidget* parent, const QString& name, const QString& te
 
 QRadioButton* addOption(QWidget* parent, const QString& name, const QString& text,
                         const QRect& geometry) {
-    return place(new QRadioButton(text, parent), name, geometry);
+    return place(new OptionButton(text, parent), name, geometry);
 }
 
 } // namespace pluvarine

@@ -5,6 +5,7 @@
 #include "host/MainWindowView.h"
 #include "ui/CaptionButton.h"
 #include "ui/ControlFactory.h"
+#include "ui/FittedText.h"
 #include "ui/UiAssets.h"
 #include "ui/UiText.h"
 
@@ -21,7 +22,7 @@ const QColor dimensionColour(0x1f, 0x4e, 0x9c);
 
 // A symbol over the sketch, in the colour of its dimension lines.
 QLabel* addSketchSymbol(QWidget* picture, const QString& name, const QString& text, QPoint at) {
-    QLabel* label = addLabel(picture, name, text, QRect(at, QSize(20, 14)));
+    QLabel* label = addLabel(picture, name, text, QRect(at, QSize(24, 16)));
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, dimensionColour);
     label->setPalette(palette);
@@ -39,7 +40,9 @@ FrmDetails::FrmDetails(Daten& daten, MainWindowView& mainWindow, Rebuild& rebuil
     // The values, one row each: caption at x 16, field at x 128, unit at x 184.
     m_frame3 = addGroup(this, QStringLiteral("Frame3"), QRect(8, 8, 225, 177));
     const auto caption = [this](const char* name, int y) {
-        QLabel* label = addLabel(m_frame3, QString::fromUtf8(name), QString(), QRect(16, y, 108, 19));
+        // Up to the next row, so a long caption can take two lines.
+        QLabel* label =
+            addLabel(m_frame3, QString::fromUtf8(name), QString(), QRect(16, y, 108, 24), true);
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         return label;
     };
@@ -101,15 +104,15 @@ FrmDetails::FrmDetails(Daten& daten, MainWindowView& mainWindow, Rebuild& rebuil
 void FrmDetails::applyLanguageTexts() {
     setWindowTitle(uiText(1000));
     m_frame3->setTitle(uiText(1001));
-    m_label1->setText(uiText(1002));
-    m_label2->setText(uiText(1003));
-    m_label3->setText(uiText(1004));
-    m_label4->setText(uiText(1005));
-    m_label9->setText(uiText(1006));
+    setFittedText(m_label1, uiText(1002));
+    setFittedText(m_label2, uiText(1003));
+    setFittedText(m_label3, uiText(1004));
+    setFittedText(m_label4, uiText(1005));
+    setFittedText(m_label9, uiText(1006));
     m_command1->setText(uiText(1007));
     m_command2->setText(uiText(1008));
     m_frame1->setTitle(uiText(6000));
-    m_label11->setText(uiText(6001));
+    setFittedText(m_label11, uiText(6001));
 }
 
 void FrmDetails::fill() {

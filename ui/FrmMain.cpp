@@ -5,6 +5,7 @@
 #include "host/MacroCommands.h"
 #include "ui/CaptionButton.h"
 #include "ui/ControlFactory.h"
+#include "ui/FittedText.h"
 #include "ui/FrmDetails.h"
 #include "ui/FrmMessage.h"
 #include "ui/UiAssets.h"
@@ -28,7 +29,7 @@ const std::array<int, 3> greyPlasticRgb{144, 144, 144};
 
 FrmMain::FrmMain(Daten& daten, SceneOperations& scene, QWidget* player, QWidget* parent)
     : ProgramWindow(QStringLiteral("frmMain"), clientSize, parent), m_daten(daten), m_scene(scene),
-      m_rebuild(daten, scene, *this) {
+      m_rebuild(daten, scene, *this), m_timer1(this) {
     buildControls(player);
 
     m_timer1.setObjectName(QStringLiteral("Timer1"));
@@ -50,6 +51,8 @@ void FrmMain::buildControls(QWidget* player) {
     m_label4 = addLabel(m_frame5, QStringLiteral("Label4"), QString(), QRect(8, 56, 132, 44), true);
     addLabel(m_frame5, QStringLiteral("Label5"), QStringLiteral("X:"), QRect(144, 56, 28, 17));
     m_lblX = addLabel(m_frame5, QStringLiteral("lblX"), QStringLiteral("....."), QRect(176, 48, 65, 17));
+    m_lblX->setAlignment(Qt::AlignLeft | Qt::AlignBottom); // nearer the line of its "X:"
+
     addLabel(m_frame5, QStringLiteral("Label6"), QStringLiteral("Y:"), QRect(144, 72, 28, 17));
     m_lblY = addLabel(m_frame5, QStringLiteral("lblY"), QStringLiteral("....."), QRect(176, 72, 65, 17));
     m_command5 = addButton(m_frame5, QStringLiteral("Command5"), QStringLiteral(">"),
@@ -305,17 +308,17 @@ bool FrmMain::ApplyLanguage() {
 
     setWindowTitle(uiText(112));
     m_frame5->setTitle(uiText(113));
-    m_label2->setText(uiText(114));
-    m_label4->setText(uiText(115));
+    setFittedText(m_label2, uiText(114));
+    setFittedText(m_label4, uiText(115));
     m_frame2->setTitle(uiText(116));
     m_frame4->setTitle(uiText(121));
-    m_label8->setText(uiText(122));
+    setFittedText(m_label8, uiText(122));
     m_frame6->setTitle(uiText(123));
-    m_label9->setText(uiText(124));
+    setFittedText(m_label9, uiText(124));
     m_frame8->setTitle(uiText(125));
-    m_label11->setText(uiText(126));
+    setFittedText(m_label11, uiText(126));
     m_frame7->setTitle(uiText(127));
-    m_label10->setText(uiText(128));
+    setFittedText(m_label10, uiText(128));
     m_command1->setText(uiText(129));
     m_command3->setText(uiText(130));
     m_command2->setText(uiText(131));

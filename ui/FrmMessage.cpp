@@ -3,6 +3,7 @@
 #include "host/MainWindowView.h"
 #include "ui/CaptionButton.h"
 #include "ui/ControlFactory.h"
+#include "ui/FittedText.h"
 #include "ui/UiText.h"
 
 #include <QLabel>
@@ -42,7 +43,7 @@ void FrmMessage::showDialog() {
 
 void FrmMessage::Message_Initiate(std::int16_t Fall, const std::string& Message, bool OP,
                                   const std::string& OP1, const std::string& OP2) {
-    m_lblMessage->setText(QString::fromStdString(Message));
+    setFittedText(m_lblMessage, QString::fromStdString(Message));
     m_fall = Fall;
     // Without options the dialog offers no choice of its own.
     m_op1->setVisible(OP);

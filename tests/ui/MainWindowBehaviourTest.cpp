@@ -1,0 +1,271 @@
+#include "UiTestSupport.h"
+
+#include "assembly/MaterialChoice.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace pluvarine::test {
+namespace {
+
+class MainWindowBehaviour : public WindowTest {
+protected:
+    MainWindowBehaviour() { main->fillMaterialList(); }
+
+    void click(const char* name) { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
+    void chooseMaterial(int index) {
+        auto* list = child<QComboBox>("cbmaterial");
+        list->setCurrentIndex(index);
+        emit list->activated(index); // what a user's pick in the list sends
+    }
+    std::vector<std::string> materialsApplied() const {
+        std::vector<std::string> files;
+        for (const SceneCall& call : scene.calls()) {
+            if (call.member == SceneMember::ApplyMaterial)
+                files.push_back(std::get<std::string>(call.args.at(1)));
+        }
+        return files;
+    }
+    void setOverhang(const char* text) { child<QLineEdit>("txtÜd")->setText(QString::fromUtf8(text)); }
+};
+
+TEST_F(MainWindowBehaviour, RefreshRebuildsOnce) {
+    main->show();
+    click("Command1");
+    EXPECT_EQ(rebuilds(), 1);
+    EXPECT_TRUE(daten.design.modelBuilt);
+    EXPECT_EQ(scene.sceneFile(), "/wf/main.v3o");
+    // Overhang 0: the continuous pipe, both bend options disabled.
+    EXPECT_FALSE(child<QRadioButton>("O42")->isEnabled());
+    EXPECT_FALSE(child<QRadioButton>("O72")->isEnabled());
+}
+
+TEST_F(MainWindowBehaviour, BendOptionClicksRebuild) {
+    main->show();
+    setOverhang("500");
+    click("O72");
+    EXPECT_EQ(rebuilds(), 1);
+    EXPECT_TRUE(child<QRadioButton>("O72")->isChecked());
+    click("O42");
+    EXPECT_EQ(rebuilds(), 2);
+    EXPECT_TRUE(child<QRadioButton>("O42")->isChecked());
+}
+
+TEST_F(MainWindowBehaviour, TheRebuildsOwnSelectionOf42StartsNoSecondRebuild) {
+    main->show();
+    setOverhang("300");
+    click("O72"); // 200..390 forces 42 degrees
+    EXPECT_EQ(rebuilds(), 1);
+    EXPECT_TRUE(child<QRadioButton>("O42")->isChecked());
+    EXPECT_FALSE(child<QRadioButton>("O72")->isChecked());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rebuilds(), 1);
+}
+
+TEST_F(MainWindowBehaviour, MaterialPickedBeforeABuildChangesNothing) {
+    const QColor before = main->swatchColor();
+    chooseMaterial(1);
+    EXPECT_TRUE(daten.design.materialFile.empty());
+    EXPECT_EQ(main->swatchColor(), before);
+    EXPECT_TRUE(scene.calls().empty());
+    // The next build still passes the empty file name.
+    main->Command1_Click();
+    const auto applied = materialsApplied();
+    ASSERT_FALSE(applied.empty());
+    for (const std::string& file : applied)
+        EXPECT_EQ(file, "");
+}
+
+TEST_F(MainWindowBehaviour, MaterialPickedAfterABuildRecoloursEveryPartAndTheSwatch) {
+    main->Command1_Click();
+    scene.clearCalls();
+    chooseMaterial(2);
+    EXPECT_EQ(daten.design.materialFile, "/wf/mat/Zink.ini");
+    EXPECT_EQ(main->swatchColor(), QColor(117, 117, 117));
+    const auto applied = materialsApplied();
+    // Outlet, pipe, standpipe, cap and every clamp.
+    EXPECT_EQ(applied.size(), 4u + static_cast<std::size_t>(daten.design.clampCount));
+    for (const std::string& file : applied)
+        EXPECT_EQ(file, "/wf/mat/Zink.ini");
+    EXPECT_EQ(rebuilds(), 0);
+    // A rebuild applies zinc again.
+    scene.clearCalls();
+    main->Command1_Click();
+    for (const std::string& file : materialsApplied())
+        EXPECT_EQ(file, "/wf/mat/Zink.ini");
+}
+
+TEST_F(MainWindowBehaviour, SwatchColoursOfTheFourMaterials) {
+    main->Command1_Click();
+    const QColor expected[] = {{144, 144, 144}, {154, 108, 89}, {117, 117, 117}, {178, 178, 178}};
+    for (int i = 0; i < 4; ++i) {
+        chooseMaterial(i);
+        EXPECT_EQ(main->swatchColor(), expected[i]) << i;
+        EXPECT_EQ(daten.design.materialFile,
+                  std::string("/wf") + materialEntries()[static_cast<std::size_t>(i)].file);
+    }
+}
+
+TEST_F(MainWindowBehaviour, AViewerFailureWhileRecolouringStillShowsTheChoice) {
+    main->Command1_Click();
+    scene.failOperation(SceneMember::ApplyMaterial);
+    chooseMaterial(1);
+    EXPECT_EQ(main->swatchColor(), QColor(154, 108, 89));
+}
+
+TEST_F(MainWindowBehaviour, SaveHandsThreeEmptyStringsToTheViewer) {
+    main->show();
+    click("Command3");
+    ASSERT_EQ(scene.calls().size(), 1u);
+    const SceneCall& call = scene.calls().front();
+    EXPECT_EQ(call.member, SceneMember::SaveScene);
+    ASSERT_EQ(call.args.size(), 3u);
+    for (const SceneValue& arg : call.args)
+        EXPECT_EQ(std::get<std::string>(arg), "");
+    // A failing save is not looked at.
+    scene.failOperation(SceneMember::SaveScene);
+    click("Command3");
+    EXPECT_EQ(rebuilds(), 0);
+}
+
+TEST_F(MainWindowBehaviour, HostButtonsGoToTheMacroCommands) {
+    RecordingCommands commands;
+    main->setMacroCommands(&commands);
+    main->show();
+    click("Command2");
+    click("Command4");
+    click("Command5");
+    click("Command7");
+    EXPECT_EQ(commands.calls, (std::vector<std::string>{"cancel", "insert", "pick", "help"}));
+    EXPECT_EQ(rebuilds(), 0);
+}
+
+TEST_F(MainWindowBehaviour, WithoutMacroCommandsTheHostButtonsDoNothing) {
+    main->show();
+    click("Command2");
+    click("Command4");
+    click("Command5");
+    click("Command7");
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_TRUE(scene.calls().empty());
+}
+
+// Cancel as the host link carries it out on the window: overhang "0", the window hidden;
+// the preview, the other fields, the material and the bend option keep what they had.
+class CancelOnTheWindow : public MacroCommands {
+public:
+    explicit CancelOnTheWindow(FrmMain& window) : m_window(window) {}
+    void Command2_Click() override {
+        m_window.setOverhangText("0");
+        m_window.hideWindow();
+    }
+    void Command4_Click() override {}
+    void Command5_Click() override {}
+    void Command7_Click() override {}
+
+private:
+    FrmMain& m_window;
+};
+
+TEST_F(MainWindowBehaviour, CancelLeavesThePreviewAndTheOtherInputs) {
+    CancelOnTheWindow cancel(*main);
+    main->setMacroCommands(&cancel);
+    main->show();
+    setOverhang("500");
+    child<QLineEdit>("txths")->setText(QStringLiteral("250"));
+    click("O72");
+    chooseMaterial(3);
+    const auto callsBefore = scene.calls().size();
+    click("Command2");
+    EXPECT_FALSE(main->isVisible());
+    EXPECT_EQ(child<QLineEdit>("txtÜd")->text(), QStringLiteral("0"));
+    EXPECT_EQ(scene.calls().size(), callsBefore);
+    EXPECT_FALSE(scene.objects().empty());
+    EXPECT_EQ(child<QLineEdit>("txths")->text(), QStringLiteral("250"));
+    EXPECT_EQ(child<QLineEdit>("txtdR")->text(), QStringLiteral("1800"));
+    EXPECT_TRUE(child<QRadioButton>("O72")->isChecked());
+    EXPECT_EQ(child<QComboBox>("cbmaterial")->currentIndex(), 3);
+    EXPECT_EQ(main->swatchColor(), QColor(178, 178, 178));
+}
+
+TEST_F(MainWindowBehaviour, Timer1RebuildsOnceAfter100msAndSwitchesOff) {
+    main->enableTimer1();
+    EXPECT_TRUE(main->isTimer1Enabled());
+    EXPECT_EQ(rebuilds(), 0);
+    QTest::qWait(30);
+    EXPECT_EQ(rebuilds(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(rebuilds(), 1, 2000);
+    EXPECT_FALSE(main->isTimer1Enabled());
+    QTest::qWait(250);
+    EXPECT_EQ(rebuilds(), 1);
+}
+
+TEST_F(MainWindowBehaviour, Timer1RunsAnInstalledHandlerInsteadOfTheRebuild) {
+    int ticks = 0;
+    main->setTimer1Handler([&] { ++ticks; });
+    main->enableTimer1();
+    QTRY_COMPARE_WITH_TIMEOUT(ticks, 1, 2000);
+    EXPECT_EQ(rebuilds(), 0);
+    EXPECT_FALSE(main->isTimer1Enabled());
+}
+
+TEST_F(MainWindowBehaviour, StayOnTopKeepsPositionSizeAndVisibility) {
+    main->show();
+    main->move(40, 30);
+    const QPoint position = main->pos();
+    main->StayOnTop(true);
+    EXPECT_TRUE(main->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_EQ(main->pos(), position);
+    EXPECT_EQ(main->size(), QSize(692, 464));
+    main->StayOnTop(false);
+    EXPECT_FALSE(main->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_EQ(main->pos(), position);
+    // A hidden window stays hidden.
+    main->hide();
+    main->stayOnTop(true);
+    EXPECT_FALSE(main->isVisible());
+    EXPECT_TRUE(main->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+TEST_F(MainWindowBehaviour, HostLinkViewOfTheWindow) {
+    main->setClickLabels("12.5", "-3");
+    EXPECT_EQ(child<QLabel>("lblX")->text(), QStringLiteral("12.5"));
+    EXPECT_EQ(child<QLabel>("lblY")->text(), QStringLiteral("-3"));
+    main->setOverhangText(" 350");
+    EXPECT_EQ(main->overhangText(), " 350");
+    EXPECT_EQ(main->standpipeText(), "300");
+    EXPECT_EQ(main->clampSpacingText(), "1800");
+    main->showWindow();
+    EXPECT_TRUE(main->isVisible());
+    main->hideWindow();
+    EXPECT_FALSE(main->isVisible());
+    EXPECT_NE(main->windowHandle(), 0);
+}
+
+TEST_F(MainWindowBehaviour, TheDiameterIsNeverRead) {
+    main->Command1_Click();
+    const auto first = scene.calls();
+    child<QComboBox>("Combo2")->setEditText(QStringLiteral("150"));
+    scene.clearCalls();
+    main->Command1_Click();
+    ASSERT_EQ(scene.calls().size(), first.size());
+    // Object ids go on counting; every placement is the same.
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        EXPECT_EQ(scene.calls()[i].op, first[i].op);
+        ASSERT_EQ(scene.calls()[i].args.size(), first[i].args.size());
+        for (std::size_t a = 0; a < first[i].args.size(); ++a) {
+            if (std::holds_alternative<float>(first[i].args[a])) {
+                EXPECT_EQ(scene.calls()[i].args[a], first[i].args[a]);
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace pluvarine::test

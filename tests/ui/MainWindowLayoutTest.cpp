@@ -1,0 +1,230 @@
+#include "UiTestSupport.h"
+
+#include "ui/CaptionButton.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+
+namespace pluvarine::test {
+namespace {
+
+// One control of a window: where it stands (in its group or the client area), its size where
+// the layout fixes one (0 otherwise), its kind and its initial text ("*" when it comes from
+// the string table).
+struct Control {
+    const char* name;
+    const char* parent;
+    int x, y, width, height;
+    const char* kind;
+    const char* text;
+};
+
+const Control mainControls[] = {
+    {"Frame5", "frmMain", 8, 8, 273, 105, "QGroupBox", "*"},
+    {"Label2", "Frame5", 8, 24, 0, 0, "QLabel", "*"},
+    {"Label1", "Frame5", 168, 24, 0, 0, "QLabel", "Üd:"},
+    {"txtÜd", "Frame5", 192, 24, 49, 19, "QLineEdit", "0"},
+    {"Label3", "Frame5", 248, 24, 0, 0, "QLabel", "mm"},
+    {"Label4", "Frame5", 8, 56, 0, 0, "QLabel", "*"},
+    {"Label5", "Frame5", 144, 56, 0, 0, "QLabel", "X:"},
+    {"lblX", "Frame5", 176, 48, 65, 17, "QLabel", "....."},
+    {"Label6", "Frame5", 144, 72, 0, 0, "QLabel", "Y:"},
+    {"lblY", "Frame5", 176, 72, 65, 17, "QLabel", "....."},
+    {"Command5", "Frame5", 248, 56, 17, 33, "QPushButton", ">"},
+    {"Frame2", "frmMain", 8, 120, 273, 57, "QGroupBox", "*"},
+    {"Pmat", "Frame2", 8, 16, 41, 33, "QFrame", ""},
+    {"cbmaterial", "Frame2", 88, 16, 177, 0, "QComboBox", ""},
+    {"Frame4", "frmMain", 8, 184, 273, 65, "QGroupBox", "*"},
+    {"Label8", "Frame4", 8, 24, 0, 0, "QLabel", "*"},
+    {"Label7", "Frame4", 176, 24, 0, 0, "QLabel", "hs:"},
+    {"txths", "Frame4", 200, 24, 41, 19, "QLineEdit", "300"},
+    {"Label3", "Frame4", 248, 24, 0, 0, "QLabel", "mm"},
+    {"Frame6", "frmMain", 8, 256, 273, 65, "QGroupBox", "*"},
+    {"Label9", "Frame6", 8, 24, 0, 0, "QLabel", "*"},
+    {"Label16", "Frame6", 168, 24, 0, 0, "QLabel", "  df:"},
+    {"Combo2", "Frame6", 192, 24, 49, 0, "QComboBox", "100"},
+    {"Label3", "Frame6", 248, 24, 0, 0, "QLabel", "mm"},
+    {"Frame8", "frmMain", 8, 328, 273, 65, "QGroupBox", "*"},
+    {"Label11", "Frame8", 8, 24, 0, 0, "QLabel", "*"},
+    {"Label19", "Frame8", 174, 24, 0, 0, "QLabel", "dR:"},
+    {"txtdR", "Frame8", 198, 24, 41, 19, "QLineEdit", "1800"},
+    {"Label3", "Frame8", 248, 24, 0, 0, "QLabel", "mm"},
+    {"Frame7", "frmMain", 8, 400, 273, 57, "QGroupBox", "*"},
+    {"Label10", "Frame7", 8, 24, 0, 0, "QLabel", "*"},
+    {"O42", "Frame7", 112, 16, 49, 33, "QRadioButton", "42°"},
+    {"O72", "Frame7", 192, 16, 49, 33, "QRadioButton", "72°"},
+    {"Player", "frmMain", 288, 8, 257, 449, "QWidget", ""},
+    {"Command4", "frmMain", 552, 8, 129, 49, "QPushButton", "*"},
+    {"Command3", "frmMain", 552, 72, 129, 49, "QPushButton", "*"},
+    {"Command2", "frmMain", 552, 136, 129, 49, "QPushButton", "*"},
+    {"Command6", "frmMain", 552, 200, 129, 49, "QPushButton", "*"},
+    {"Command1", "frmMain", 552, 264, 129, 49, "QPushButton", "*"},
+    {"Command7", "frmMain", 552, 400, 129, 49, "QPushButton", "*"},
+    {"Bild", "frmMain", 568, 336, 49, 41, "QLabel", ""},
+    {"Bild2", "frmMain", 640, 360, 25, 25, "QLabel", ""},
+};
+
+const Control detailsControls[] = {
+    {"Frame3", "frmDetails", 8, 8, 0, 0, "QGroupBox", "*"},
+    {"Label1", "Frame3", 16, 24, 0, 0, "QLabel", "*"},
+    {"txtDü", "Frame3", 128, 24, 49, 19, "QLineEdit", "*"},
+    {"Label2", "Frame3", 16, 48, 0, 0, "QLabel", "*"},
+    {"txtBd", "Frame3", 128, 48, 49, 19, "QLineEdit", "*"},
+    {"Label3", "Frame3", 16, 72, 0, 0, "QLabel", "*"},
+    {"txtFn", "Frame3", 128, 72, 49, 19, "QLineEdit", "*"},
+    {"Label4", "Frame3", 16, 96, 0, 0, "QLabel", "*"},
+    {"txtDe", "Frame3", 128, 96, 49, 19, "QLineEdit", "*"},
+    {"Label9", "Frame3", 16, 120, 0, 0, "QLabel", "*"},
+    {"lblDR", "Frame3", 128, 120, 0, 0, "QLabel", "*"},
+    {"Label11", "Frame3", 16, 144, 0, 0, "QLabel", "*"},
+    {"txtH", "Frame3", 128, 144, 49, 19, "QLineEdit", "*"},
+    {"Command1", "frmDetails", 8, 192, 89, 33, "QPushButton", "*"},
+    {"Command2", "frmDetails", 144, 192, 89, 33, "QPushButton", "*"},
+    {"Frame1", "frmDetails", 240, 8, 265, 481, "QGroupBox", "*"},
+    {"Picture1", "Frame1", 8, 16, 249, 457, "QLabel", ""},
+    {"lblSketchdR", "Picture1", 24, 232, 0, 0, "QLabel", "dR"},
+    {"lblSketchÜd", "Picture1", 120, 8, 0, 0, "QLabel", "Üd"},
+    {"lblSketchH", "Picture1", 200, 232, 0, 0, "QLabel", "H"},
+    {"lblSketchhs", "Picture1", 24, 400, 0, 0, "QLabel", "hs"},
+    {"Line1", "Picture1", 152, 24, 1, 17, "QWidget", ""},
+};
+
+const Control messageControls[] = {
+    {"lblMessage", "frmMessage", 8, 8, 177, 41, "QLabel", "Message"},
+    {"OP1", "frmMessage", 8, 56, 177, 25, "QRadioButton", "Option1"},
+    {"OP2", "frmMessage", 8, 88, 185, 25, "QRadioButton", "Option2"},
+    {"Command1", "frmMessage", 192, 8, 89, 41, "QPushButton", "OK"},
+    {"Command2", "frmMessage", 192, 64, 89, 41, "QPushButton", "*"},
+};
+
+QString textOf(QWidget* widget) {
+    if (auto* label = qobject_cast<QLabel*>(widget))
+        return label->text();
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text();
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return button->text();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText();
+    if (auto* group = qobject_cast<QGroupBox*>(widget))
+        return group->title();
+    return {};
+}
+
+void checkControls(QWidget* window, const Control* begin, const Control* end) {
+    for (const Control* c = begin; c != end; ++c) {
+        SCOPED_TRACE(std::string(c->parent) + "/" + c->name);
+        QWidget* parent = window->objectName() == QString::fromUtf8(c->parent)
+                              ? window
+                              : window->findChild<QWidget*>(QString::fromUtf8(c->parent));
+        ASSERT_NE(parent, nullptr);
+        auto* widget = parent->findChild<QWidget*>(QString::fromUtf8(c->name),
+                                                   Qt::FindDirectChildrenOnly);
+        ASSERT_NE(widget, nullptr);
+        EXPECT_TRUE(widget->inherits(c->kind)) << widget->metaObject()->className();
+        EXPECT_EQ(widget->pos(), QPoint(c->x, c->y));
+        if (c->width != 0) {
+            EXPECT_EQ(widget->width(), c->width);
+        }
+        if (c->height != 0) {
+            EXPECT_EQ(widget->height(), c->height);
+        }
+        if (std::string(c->text) != "*") {
+            EXPECT_EQ(textOf(widget), QString::fromUtf8(c->text));
+        }
+    }
+}
+
+TEST_F(WindowTest, MainWindowControlsStandWhereTheLayoutPutsThem) {
+    EXPECT_EQ(main->objectName(), QStringLiteral("frmMain"));
+    EXPECT_EQ(main->size(), QSize(692, 464));
+    EXPECT_EQ(main->minimumSize(), QSize(692, 464));
+    EXPECT_EQ(main->maximumSize(), QSize(692, 464));
+    checkControls(main.get(), std::begin(mainControls), std::end(mainControls));
+    // One "mm" label in each of four groups.
+    EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4);
+}
+
+TEST_F(WindowTest, DetailsDialogControlsStandWhereTheLayoutPutsThem) {
+    FrmDetails& details = main->frmDetails();
+    EXPECT_EQ(details.size(), QSize(512, 495));
+    checkControls(&details, std::begin(detailsControls), std::end(detailsControls));
+    EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
+    // The direction is shown, not edited.
+    EXPECT_EQ(details.findChild<QLineEdit*>(QStringLiteral("lblDR")), nullptr);
+}
+
+TEST_F(WindowTest, ChoiceDialogControlsStandWhereTheLayoutPutsThem) {
+    FrmMessage& message = main->frmMessage();
+    EXPECT_EQ(message.size(), QSize(288, 119));
+    checkControls(&message, std::begin(messageControls), std::end(messageControls));
+    EXPECT_FALSE(child<QRadioButton>(&message, "OP1")->isChecked());
+    EXPECT_FALSE(child<QRadioButton>(&message, "OP2")->isChecked());
+}
+
+TEST_F(WindowTest, InitialStateOfTheMainWindow) {
+    EXPECT_TRUE(child<QRadioButton>("O42")->isChecked());
+    EXPECT_FALSE(child<QRadioButton>("O72")->isChecked());
+    auto* combo2 = child<QComboBox>("Combo2");
+    EXPECT_TRUE(combo2->isEditable());
+    EXPECT_EQ(combo2->count(), 0);
+    auto* materials = child<QComboBox>("cbmaterial");
+    EXPECT_FALSE(materials->isEditable());
+    auto* timer = main->findChild<QTimer*>(QStringLiteral("Timer1"));
+    ASSERT_NE(timer, nullptr);
+    EXPECT_EQ(timer->interval(), 100);
+    EXPECT_TRUE(timer->isSingleShot());
+    EXPECT_FALSE(timer->isActive());
+    EXPECT_FALSE(main->dialogsCreated());
+    // The host's two pictures are held, not shown.
+    EXPECT_FALSE(child<QLabel>("Bild")->isVisibleTo(main.get()));
+    EXPECT_FALSE(child<QLabel>("Bild2")->isVisibleTo(main.get()));
+}
+
+TEST_F(WindowTest, PicturesOfTheStatedSizes) {
+    EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
+    const QImage bild = main->bildPicture();
+    const QImage bild2 = main->bild2Picture();
+    EXPECT_EQ(bild.size(), QSize(30, 30));
+    EXPECT_EQ(bild2.size(), QSize(30, 30));
+    EXPECT_EQ(bild.depth(), 32);
+    EXPECT_EQ(bild2.depth(), 32);
+    // The cursor is transparent around its cross hairs; the toolbar image is opaque.
+    EXPECT_EQ(qAlpha(bild2.pixel(0, 0)), 0);
+    EXPECT_GT(qAlpha(bild2.pixel(15, 2)), 0);
+    EXPECT_EQ(qAlpha(bild.pixel(0, 0)), 255);
+    const std::pair<const char*, QSize> buttons[] = {
+        {"Command4", {33, 17}}, {"Command3", {16, 16}}, {"Command2", {16, 16}},
+        {"Command6", {16, 16}}, {"Command1", {24, 24}}, {"Command7", {20, 20}}};
+    for (const auto& [name, size] : buttons) {
+        auto* button = child<QPushButton>(name);
+        EXPECT_FALSE(button->icon().isNull()) << name;
+        EXPECT_EQ(button->iconSize(), size) << name;
+        EXPECT_EQ(button->icon().pixmap(size).size(), size) << name;
+    }
+}
+
+TEST_F(WindowTest, ThePreviewIsTheInjectedWidget) {
+    auto* player = new QWidget;
+    FrmMain window(daten, scene, player);
+    EXPECT_EQ(player->parentWidget(), &window);
+    EXPECT_EQ(player->objectName(), QStringLiteral("Player"));
+    EXPECT_EQ(player->geometry(), QRect(288, 8, 257, 449));
+}
+
+TEST_F(WindowTest, CentredWhenFirstShownAndNotMovedAfterwards) {
+    main->show();
+    const QRect area = main->screen()->availableGeometry();
+    EXPECT_EQ(main->x(), area.x() + (area.width() - 692) / 2);
+    EXPECT_EQ(main->y(), area.y() + (area.height() - 464) / 2);
+    main->move(10, 20);
+    main->hide();
+    main->show();
+    EXPECT_EQ(main->pos(), QPoint(10, 20));
+}
+
+} // namespace
+} // namespace pluvarine::test
