@@ -137,20 +137,37 @@ std::vector<ArchiveEntry> readArchiveIndex(std::string_view archiveBytes) {
 }
 
 std::vector<ArchiveEntry> readArchiveIndexOfDescriptor(int fd, std::int64_t size) {
+    // A record's header is read with one call: a small window from its first byte.
+    constexpr std::size_t kWindow = 4096;
+    std::vector<char> window(kWindow);
+    std::int64_t windowStart = 0;
+    std::size_t windowSize = 0;
     return readArchiveIndex(
-        [fd](std::int64_t offset, char* buffer, std::size_t count) {
-            while (count > 0) {
-                const ssize_t got = ::pread(fd, buffer, count, offset);
-                if (got < 0 && errno == EINTR) {
-                    continue;
+        [&](std::int64_t offset, char* buffer, std::size_t count) {
+            if (offset < windowStart || offset + static_cast<std::int64_t>(count) >
+                                            windowStart + static_cast<std::int64_t>(windowSize)) {
+                if (count > window.size()) {
+                    window.resize(count);
                 }
-                if (got <= 0) {
+                windowStart = offset;
+                windowSize = 0;
+                while (windowSize < window.size()) {
+                    const ssize_t got =
+                        ::pread(fd, window.data() + windowSize, window.size() - windowSize,
+                                offset + static_cast<std::int64_t>(windowSize));
+                    if (got < 0 && errno == EINTR) {
+                        continue;
+                    }
+                    if (got <= 0) {
+                        break;
+                    }
+                    windowSize += static_cast<std::size_t>(got);
+                }
+                if (windowSize < count) {
                     return false;
                 }
-                buffer += got;
-                count -= static_cast<std::size_t>(got);
-                offset += got;
             }
+            std::memcpy(buffer, window.data() + (offset - windowStart), count);
             return true;
         },
         size);

@@ -16,8 +16,8 @@ namespace pluvarine {
 constexpr int kDamagedArchiveError = 321;
 
 struct ArchiveEntry {
-    std::string name;             // UTF-8
-    std::int64_t dataOffset = 0;  // of the first data byte in the archive
+    std::string name;            // UTF-8
+    std::int64_t dataOffset = 0; // of the first data byte in the archive
     std::int32_t dataLength = 0;
 };
 

@@ -46,7 +46,9 @@ std::string withSlash(const std::string& folder) {
     return !folder.empty() && folder.back() == '/' ? folder : folder + "/";
 }
 
-char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // '*' any run of characters, '?' one character, ASCII case ignored as on Windows.
 bool wildcardMatch(std::string_view name, std::string_view pattern) {
@@ -182,8 +184,7 @@ std::optional<std::int64_t> packOne(const std::string& folder, const std::string
         archiveWriteFailed(archive, errorText);
     }
     const std::int64_t dataOffset = offset + static_cast<std::int64_t>(header.size());
-    const CopyResult copied =
-        copyFileBytes(in.get(), 0, out.descriptor(), dataOffset, size);
+    const CopyResult copied = copyFileBytes(in.get(), 0, out.descriptor(), dataOffset, size);
     if (copied.failure == CopyResult::Failure::Write) {
         archiveWriteFailed(archive, copied.errorText);
     }
@@ -198,7 +199,9 @@ std::optional<std::int64_t> packOne(const std::string& folder, const std::string
 
 } // namespace
 
-bool archiveOperationRunning() { return s_running; }
+bool archiveOperationRunning() {
+    return s_running;
+}
 
 PackResult PackFolder(const std::string& folder, const std::string& archive,
                       const std::string& pattern, ProgressSink& progress,
@@ -238,9 +241,9 @@ PackResult PackFolder(const std::string& folder, const std::string& archive,
         archiveWriteFailed(archive, errorText);
     }
     // A record left out after some of it was written leaves bytes beyond the end.
-    if (::ftruncate(out.descriptor(), end) != 0 || !out.commit(AtomicFile::Sync::Data)) {
-        archiveWriteFailed(archive, out.errorText().empty() ? std::strerror(errno)
-                                                            : out.errorText());
+    if (::ftruncate(out.descriptor(), end) != 0 || !out.commit(AtomicFile::Sync::None)) {
+        archiveWriteFailed(archive,
+                           out.errorText().empty() ? std::strerror(errno) : out.errorText());
     }
     tryStep([&] { progress.EndProgress(); });
     return result;
@@ -263,18 +266,24 @@ std::int32_t UnpackFolder(const std::string& archive, const std::string& folder,
     }
     const FileDescriptor in(::open(archive.c_str(), O_RDONLY | O_CLOEXEC));
     if (!in.isOpen()) {
-        throw RuntimeError(RuntimeError::FileNotFound, "The archive " + archive +
-                                                           " cannot be opened: " +
-                                                           std::strerror(errno));
+        throw RuntimeError(RuntimeError::FileNotFound,
+                           "The archive " + archive + " cannot be opened: " + std::strerror(errno));
     }
     const std::vector<ArchiveEntry> entries =
         readArchiveIndexOfDescriptor(in.get(), archiveInfo.st_size);
+    // Permission bits of the files that will be replaced; a folder in the way refuses it all.
+    std::vector<std::optional<unsigned>> permissions;
+    permissions.reserve(entries.size());
     for (const ArchiveEntry& entry : entries) {
         struct stat info {};
-        if (::lstat((target + entry.name).c_str(), &info) == 0 && S_ISDIR(info.st_mode)) {
+        if (::lstat((target + entry.name).c_str(), &info) != 0 || S_ISLNK(info.st_mode)) {
+            permissions.emplace_back();
+        } else if (S_ISDIR(info.st_mode)) {
             throw RuntimeError(RuntimeError::PathFileAccess,
                                "The archive holds a file \"" + entry.name +
                                    "\", but the folder has a sub-folder of that name");
+        } else {
+            permissions.emplace_back(info.st_mode & 07777);
         }
     }
 
@@ -284,37 +293,31 @@ std::int32_t UnpackFolder(const std::string& archive, const std::string& folder,
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const ArchiveEntry& entry = entries[i];
         AtomicFile& file = files.emplace_back(target + entry.name);
-        if (!file.create()) {
-            throw RuntimeError(RuntimeError::PathFileAccess, "\"" + entry.name +
-                                                                 "\" cannot be restored: " +
-                                                                 file.errorText());
+        if (!file.create(permissions[i])) {
+            throw RuntimeError(RuntimeError::PathFileAccess,
+                               "\"" + entry.name + "\" cannot be restored: " + file.errorText());
         }
-        const CopyResult copied = copyFileBytes(in.get(), entry.dataOffset, file.descriptor(), 0,
-                                                entry.dataLength);
+        const CopyResult copied =
+            copyFileBytes(in.get(), entry.dataOffset, file.descriptor(), 0, entry.dataLength);
         if (copied.failure != CopyResult::Failure::None || copied.bytes != entry.dataLength ||
             !file.finish(AtomicFile::Sync::None)) {
-            const std::string reason = copied.failure != CopyResult::Failure::None
-                                           ? copied.errorText
-                                           : copied.bytes != entry.dataLength
-                                                 ? "the archive changed while it was read"
-                                                 : file.errorText();
+            const std::string reason =
+                copied.failure != CopyResult::Failure::None ? copied.errorText
+                : copied.bytes != entry.dataLength ? "the archive changed while it was read"
+                                                   : file.errorText();
             throw RuntimeError(RuntimeError::PathFileAccess,
                                "\"" + entry.name + "\" cannot be restored: " + reason);
         }
         reportProgress(progress, text, i + 1, entries.size(), pumpEvents);
     }
-    // One flush for all files, then the renames that make them visible.
-    AtomicFile::syncFileSystemOf(target);
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (!files[i].replaceTarget()) {
             throw RuntimeError(RuntimeError::PathFileAccess,
                                "Restored " + std::to_string(i) + " of " +
-                                   std::to_string(files.size()) + " files; \"" +
-                                   entries[i].name + "\" cannot be replaced: " +
-                                   files[i].errorText());
+                                   std::to_string(files.size()) + " files; \"" + entries[i].name +
+                                   "\" cannot be replaced: " + files[i].errorText());
         }
     }
-    AtomicFile::syncFileSystemOf(target);
     tryStep([&] { progress.EndProgress(); });
     return static_cast<std::int32_t>(entries.size());
 }

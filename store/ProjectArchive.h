@@ -28,7 +28,9 @@ struct PackResult {
 // handler do not stop the packing.
 //
 // The archive is written beside its place under a temporary name and renamed into place when
-// complete, so an interrupted or failed pack leaves the previous archive whole. A file that
+// complete, so an interrupted or failed pack leaves the previous archive whole. It is not
+// flushed to the disk first: the host copies it into its project file at once, and the files
+// it was made of stay in the folder. A file that
 // cannot be read, changes its size while it is copied, is larger than 2 GiB - 1 or has a name
 // Windows-1252 cannot represent is left out, the count tells the records actually written, and
 // the file is listed in problems.

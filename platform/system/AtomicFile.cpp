@@ -39,7 +39,9 @@ AtomicFile::AtomicFile(AtomicFile&& other) noexcept
     other.m_temporary.clear();
 }
 
-AtomicFile::~AtomicFile() { discard(); }
+AtomicFile::~AtomicFile() {
+    discard();
+}
 
 bool AtomicFile::fail() {
     m_error = std::strerror(errno);
@@ -47,17 +49,23 @@ bool AtomicFile::fail() {
 }
 
 bool AtomicFile::create() {
-    const std::string folder = folderOf(m_target);
     struct stat existing {};
-    const bool keepMode = ::stat(m_target.c_str(), &existing) == 0 && S_ISREG(existing.st_mode);
+    if (::stat(m_target.c_str(), &existing) == 0 && S_ISREG(existing.st_mode)) {
+        return create(existing.st_mode & 07777);
+    }
+    return create(std::nullopt);
+}
+
+bool AtomicFile::create(std::optional<unsigned> targetPermissions) {
+    const std::string folder = folderOf(m_target);
     for (int attempt = 0; attempt < 100; ++attempt) {
         std::string candidate = folder + "/.pluvarine-" + randomSuffix() + ".tmp";
         const int fd = ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0) {
             m_fd = fd;
             m_temporary = std::move(candidate);
-            if (keepMode) {
-                ::fchmod(m_fd, existing.st_mode & 07777);
+            if (targetPermissions) {
+                ::fchmod(m_fd, *targetPermissions);
             }
             return true;
         }
@@ -128,16 +136,6 @@ void AtomicFile::discard() {
         ::unlink(m_temporary.c_str());
         m_temporary.clear();
     }
-}
-
-bool AtomicFile::syncFileSystemOf(const std::string& path) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        return false;
-    }
-    const bool ok = ::syncfs(fd) == 0;
-    ::close(fd);
-    return ok;
 }
 
 } // namespace pluvarine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace pluvarine {
@@ -24,6 +25,8 @@ public:
     // Creates the temporary file. An existing target lends its permission bits; a new file gets
     // the usual 0666 less the umask.
     bool create();
+    // The same when the caller already knows the target's permission bits (nullopt: no target).
+    bool create(std::optional<unsigned> targetPermissions);
     int descriptor() const { return m_fd; }
     bool writeAll(const char* data, std::size_t size);
     // Optionally flushes the data to the disk, then closes the temporary file.
@@ -39,9 +42,6 @@ public:
     const std::string& temporaryPath() const { return m_temporary; }
     // The reason of the last failure, e.g. "No space left on device".
     const std::string& errorText() const { return m_error; }
-
-    // Flushes every file of the file system that holds path (one call for many files).
-    static bool syncFileSystemOf(const std::string& path);
 
 private:
     bool fail();

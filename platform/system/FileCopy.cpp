@@ -18,7 +18,9 @@ bool kernelCopyUnsupported(int error) {
 }
 
 // copy_file_range does not say which side failed; these errors can only come from writing.
-bool isWriteError(int error) { return error == ENOSPC || error == EDQUOT || error == EFBIG; }
+bool isWriteError(int error) {
+    return error == ENOSPC || error == EDQUOT || error == EFBIG;
+}
 
 void fail(CopyResult& result, CopyResult::Failure failure) {
     result.failure = failure;
@@ -75,8 +77,8 @@ CopyResult copyFileBytes(int from, std::int64_t fromOffset, int to, std::int64_t
             return result;
         }
         if (got < 0) {
-            fail(result, isWriteError(errno) ? CopyResult::Failure::Write
-                                             : CopyResult::Failure::Read);
+            fail(result,
+                 isWriteError(errno) ? CopyResult::Failure::Write : CopyResult::Failure::Read);
             return result;
         }
         if (got == 0) {

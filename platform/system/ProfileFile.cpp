@@ -14,7 +14,9 @@ namespace pluvarine {
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
 
 std::string_view trimmed(std::string_view text) {
     while (!text.empty() && isBlank(text.front())) {
@@ -26,12 +28,14 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool sameName(std::string_view a, std::string_view b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(),
-                      [](char x, char y) { return asciiLower(x) == asciiLower(y); });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return asciiLower(x) == asciiLower(y);
+           });
 }
 
 std::string_view unquoted(std::string_view value) {
@@ -178,8 +182,8 @@ bool isWritableProfileEntry(std::string_view section, std::string_view key,
     key = trimmed(key);
     return !section.empty() && !key.empty() && !hasLineBreakOrNul(section) &&
            !hasLineBreakOrNul(key) && !hasLineBreakOrNul(value) &&
-           section.find(']') == std::string_view::npos &&
-           key.find('=') == std::string_view::npos && key.front() != ';' && key.front() != '[';
+           section.find(']') == std::string_view::npos && key.find('=') == std::string_view::npos &&
+           key.front() != ';' && key.front() != '[';
 }
 
 std::string withProfileValue(std::string_view content, std::string_view section,

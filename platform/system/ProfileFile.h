@@ -41,8 +41,7 @@ std::optional<std::string> findProfileValue(std::string_view content, std::strin
 std::string withProfileValue(std::string_view content, std::string_view section,
                              std::string_view key, std::string_view value);
 
-bool isWritableProfileEntry(std::string_view section, std::string_view key,
-                            std::string_view value);
+bool isWritableProfileEntry(std::string_view section, std::string_view key, std::string_view value);
 
 // Copies the value (or defaultValue when the file, section or key is missing) into buffer,
 // at most size - 1 characters and a terminating NUL; returns the number of characters copied.

@@ -1,7 +1,7 @@
 #include "store/ArchiveFormat.h"
-#include "store/ProjectArchive.h"
 
 #include "StoreTestSupport.h"
+#include "store/ProjectArchive.h"
 #include "ui/text/LoadText.h"
 
 #include <gtest/gtest.h>
@@ -33,13 +33,12 @@ std::string record(const std::string& nameBytes, const std::string& data) {
 class ArchiveFormat : public ::testing::Test {
 protected:
     PackResult pack(const std::string& pattern = "*.*") {
-        return PackFolder(m_tree.objFolder(), m_tree.archive(), pattern, m_progress, [this] {
-            ++m_pumps;
-        });
+        return PackFolder(m_tree.objFolder(), m_tree.archive(), pattern, m_progress,
+                          [this] { ++m_pumps; });
     }
     std::int32_t unpack(const std::filesystem::path& into) {
-        return UnpackFolder(m_tree.archive(), into.string(), m_progress, [this] { ++m_pumps; },
-                            m_messages);
+        return UnpackFolder(
+            m_tree.archive(), into.string(), m_progress, [this] { ++m_pumps; }, m_messages);
     }
 
     ArchiveTree m_tree;
@@ -80,8 +79,10 @@ TEST_F(ArchiveFormat, NamesInWindows1252AndTheSignPositionBlank) {
     writeFile(m_tree.obj() / " 7.tob", "seven");
     writeFile(m_tree.obj() / "Größe", binary);
     EXPECT_EQ(pack().count, 2);
-    EXPECT_EQ(readFile(m_tree.archive()),
-              le32(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF" "e", binary));
+    EXPECT_EQ(readFile(m_tree.archive()), le32(2) + record(" 7.tob", "seven") +
+                                              record("Gr\xF6\xDF"
+                                                     "e",
+                                                     binary));
 }
 
 TEST_F(ArchiveFormat, OnlyOrdinaryFilesOfTheFolderItself) {

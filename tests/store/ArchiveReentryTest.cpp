@@ -1,8 +1,7 @@
+#include "StoreTestSupport.h"
+#include "base/ResumeNext.h"
 #include "store/ArchiveFormat.h"
 #include "store/ProjectArchive.h"
-
-#include "base/ResumeNext.h"
-#include "StoreTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -29,9 +28,10 @@ protected:
         return [this, step] {
             if (!m_handled) {
                 m_handled = true;
-                m_failures += tryStep(step, [this](const RuntimeError& error) {
-                    m_lastError = error.what();
-                }) ? 0 : 1;
+                m_failures +=
+                    tryStep(step, [this](const RuntimeError& error) { m_lastError = error.what(); })
+                        ? 0
+                        : 1;
             }
         };
     }

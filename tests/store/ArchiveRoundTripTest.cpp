@@ -1,8 +1,7 @@
+#include "StoreTestSupport.h"
+#include "base/RuntimeError.h"
 #include "store/ArchiveFormat.h"
 #include "store/ProjectArchive.h"
-
-#include "base/RuntimeError.h"
-#include "StoreTestSupport.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -117,9 +116,9 @@ TEST_F(ArchiveRoundTrip, FailedPackLeavesThePreviousArchive) {
         EXPECT_THROW(pack(), RuntimeError);
     }
     EXPECT_EQ(snapshot(m_tree.destination()), before);
-    EXPECT_THROW(PackFolder((m_tree.root() / "missing").string(), m_tree.archive(), "*.*",
-                            m_progress, {}),
-                 RuntimeError);
+    EXPECT_THROW(
+        PackFolder((m_tree.root() / "missing").string(), m_tree.archive(), "*.*", m_progress, {}),
+        RuntimeError);
     EXPECT_EQ(snapshot(m_tree.destination()), before);
 }
 

@@ -1,8 +1,7 @@
+#include "StoreTestSupport.h"
+#include "base/RuntimeError.h"
 #include "store/ArchiveFormat.h"
 #include "store/ProjectArchive.h"
-
-#include "base/RuntimeError.h"
-#include "StoreTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -115,12 +114,13 @@ INSTANTIATE_TEST_SUITE_P(
         HostileCase{"drive", le32(1) + record("C:escaped", "x")},
         HostileCase{"bare drive", le32(1) + record("C:", "x")},
         HostileCase{"NUL in the name", le32(1) + record(std::string("a\0b", 3), "x")},
-        HostileCase{"name too long for the file system", le32(1) + record(std::string(256, 'n'), "")},
+        HostileCase{"name too long for the file system",
+                    le32(1) + record(std::string(256, 'n'), "")},
         HostileCase{"name too long once in UTF-8", le32(1) + record(std::string(200, '\xE4'), "")},
         HostileCase{"same name twice", le32(2) + record(" 1.tob", "x") + record(" 1.tob", "y")},
-        HostileCase{"good records then a bad one",
-                    le32(3) + record("keep.txt", "lost") + record(" 1.tob", "lost") +
-                        record("../escaped", "x")}));
+        HostileCase{"good records then a bad one", le32(3) + record("keep.txt", "lost") +
+                                                       record(" 1.tob", "lost") +
+                                                       record("../escaped", "x")}));
 
 TEST_F(DamagedArchive, LongestBareNameIsAccepted) {
     writeFile(m_tree.archive(), le32(1) + record(std::string(255, 'n'), "ok"));

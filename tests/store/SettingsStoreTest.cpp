@@ -1,7 +1,7 @@
 #include "store/SettingsStore.h"
 
-#include "base/RuntimeError.h"
 #include "StoreTestSupport.h"
+#include "base/RuntimeError.h"
 
 #include <gtest/gtest.h>
 

@@ -12,8 +12,8 @@
 #include <map>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <sys/resource.h>
+#include <utility>
 #include <vector>
 
 namespace pluvarine::testing {

@@ -21,7 +21,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(EncodeCase{"Data.ini", std::string("Data.ini")},
                       EncodeCase{" 7.tob", std::string(" 7.tob")},
                       EncodeCase{"Größe", std::string("Gr\xF6\xDF"
-                                                       "e")},
+                                                      "e")},
                       EncodeCase{"€ … Š œ Ÿ", std::string("\x80 \x85 \x8A \x9C \x9F")},
                       EncodeCase{"\u00A0ÿ", std::string("\xA0\xFF")},
                       EncodeCase{"\u0081\u009D", std::string("\x81\x9D")},

@@ -64,10 +64,12 @@ INSTANTIATE_TEST_SUITE_P(
         ReadCase{"missing section", "[a]\r\nk=1\r\n", "b", "k", std::nullopt},
         ReadCase{"empty file", "", "s", "k", std::nullopt},
         ReadCase{"only ASCII case folds", "[\xC4]\r\nk=1\r\n", "\xE4", "k", std::nullopt},
-        ReadCase{"8-bit value", "[s]\r\nk=Gr\xF6\xDF"
-                                "e\r\n",
-                 "s", "k", "Gr\xF6\xDF"
-                           "e"}));
+        ReadCase{"8-bit value",
+                 "[s]\r\nk=Gr\xF6\xDF"
+                 "e\r\n",
+                 "s", "k",
+                 "Gr\xF6\xDF"
+                 "e"}));
 
 // ---- writing ----------------------------------------------------------------------------
 
@@ -97,8 +99,8 @@ INSTANTIATE_TEST_SUITE_P(
         WriteCase{"replace keeps the rest", "; head\r\n[a]\r\n; note\r\nx = 1 \r\ny=2\r\n", "A",
                   "X", "9", "; head\r\n[a]\r\n; note\r\nx=9\r\ny=2\r\n"},
         WriteCase{"replace keeps LF", "[a]\nx=1\nz=2\n", "a", "x", "5", "[a]\nx=5\nz=2\n"},
-        WriteCase{"new key after the last entry", "[a]\r\nx=1\r\n\r\n[b]\r\ny=2\r\n", "a", "z",
-                  "3", "[a]\r\nx=1\r\nz=3\r\n\r\n[b]\r\ny=2\r\n"},
+        WriteCase{"new key after the last entry", "[a]\r\nx=1\r\n\r\n[b]\r\ny=2\r\n", "a", "z", "3",
+                  "[a]\r\nx=1\r\nz=3\r\n\r\n[b]\r\ny=2\r\n"},
         WriteCase{"new key in an empty section", "[a]\r\n[b]\r\n", "a", "k", "v",
                   "[a]\r\nk=v\r\n[b]\r\n"},
         WriteCase{"new key at the end", "[a]\r\nx=1", "a", "y", "2", "[a]\r\nx=1\r\ny=2\r\n"},
@@ -114,8 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "k=0\r\n[s]\r\nk=1\r\n"},
         WriteCase{"value as given", "", "s", "k", "  \"q\" ", "[s]\r\nk=  \"q\" \r\n"},
         WriteCase{"names trimmed", "", " s ", "\tk ", "v", "[s]\r\nk=v\r\n"},
-        WriteCase{"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2",
-                  "[a]junk\r\nk=2\r\n"}));
+        WriteCase{"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2", "[a]junk\r\nk=2\r\n"}));
 
 TEST(ProfileWrite, ReadsBackWhatItWrote) {
     std::string content = "; settings\r\n[other]\r\nEintrag=x\r\n";
@@ -142,9 +143,9 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(RefusedCase{"", "k", "v"}, RefusedCase{" ", "k", "v"},
                       RefusedCase{"s", "", "v"}, RefusedCase{"s", "k", "a\r\nb=c"},
                       RefusedCase{"s", "k", "a\nb"}, RefusedCase{"s\n", "k", "v"},
-                      RefusedCase{"s", "k", std::string("a\0b", 3)},
-                      RefusedCase{"s]x", "k", "v"}, RefusedCase{"s", "a=b", "v"},
-                      RefusedCase{"s", ";k", "v"}, RefusedCase{"s", "[k", "v"}));
+                      RefusedCase{"s", "k", std::string("a\0b", 3)}, RefusedCase{"s]x", "k", "v"},
+                      RefusedCase{"s", "a=b", "v"}, RefusedCase{"s", ";k", "v"},
+                      RefusedCase{"s", "[k", "v"}));
 
 // ---- files ------------------------------------------------------------------------------
 
@@ -172,8 +173,8 @@ protected:
 
     std::string get(const std::string& key, std::uint32_t size = 255) {
         std::string buffer(size + 1, '#');
-        const std::uint32_t count = GetPrivateProfileStringA("s", key, "dflt", buffer.data(),
-                                                             size, file());
+        const std::uint32_t count =
+            GetPrivateProfileStringA("s", key, "dflt", buffer.data(), size, file());
         EXPECT_EQ(buffer[count], '\0');
         return buffer.substr(0, count);
     }
@@ -185,8 +186,8 @@ TEST_F(ProfileFile, MissingFileGivesTheDefault) {
 }
 
 TEST_F(ProfileFile, BufferOf255KeepsAtMost254) {
-    writeFile(file(), "[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" +
-                          std::string(254, 'y') + "\r\nk253=" + std::string(253, 'z') + "\r\n");
+    writeFile(file(), "[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" + std::string(254, 'y') +
+                          "\r\nk253=" + std::string(253, 'z') + "\r\n");
     EXPECT_EQ(get("k300"), std::string(254, 'x'));
     EXPECT_EQ(get("k254"), std::string(254, 'y'));
     EXPECT_EQ(get("k253"), std::string(253, 'z'));
@@ -238,8 +239,7 @@ TEST_F(ProfileFile, FailedWriteLeavesTheOldFileWhole) {
     rlimit tight = previous;
     tight.rlim_cur = 16;
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const std::int32_t result =
-        WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file());
+    const std::int32_t result = WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file());
     ::setrlimit(RLIMIT_FSIZE, &previous);
     std::signal(SIGXFSZ, previousHandler);
     EXPECT_EQ(result, 0);

@@ -1,0 +1,15 @@
+// libFuzzer target: the project archive reader.
+#include "FuzzProperties.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string problem = pluvarine::fuzz::checkArchiveBytes(
+        std::string_view(reinterpret_cast<const char*>(data), size));
+    if (!problem.empty()) {
+        std::fprintf(stderr, "archive reader: %s\n", problem.c_str());
+        std::abort();
+    }
+    return 0;
+}
