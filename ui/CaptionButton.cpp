@@ -2,11 +2,10 @@
 
 #include "ui/FittedText.h"
 
-#include <algorithm>
-
 #include <QStyleOptionButton>
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
+#include <algorithm>
 
 namespace pluvarine {
 

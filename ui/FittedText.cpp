@@ -6,8 +6,7 @@
 namespace pluvarine {
 
 bool textFits(const QFont& font, const QString& text, QSize room, int flags) {
-    const QRect needed =
-        QFontMetrics(font).boundingRect(QRect(QPoint(0, 0), room), flags, text);
+    const QRect needed = QFontMetrics(font).boundingRect(QRect(QPoint(0, 0), room), flags, text);
     return needed.width() <= room.width() && needed.height() <= room.height();
 }
 
@@ -24,7 +23,8 @@ QFont fittingFont(const QFont& base, const QString& text, QSize room, int flags)
 
 void setFittedText(QLabel* label, const QString& text) {
     label->setText(text);
-    const QFont base = label->parentWidget() != nullptr ? label->parentWidget()->font() : label->font();
+    const QFont base =
+        label->parentWidget() != nullptr ? label->parentWidget()->font() : label->font();
     const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
     label->setFont(fittingFont(base, text, label->contentsRect().size(), flags));
 }

@@ -80,10 +80,10 @@ FrmDetails::FrmDetails(Daten& daten, MainWindowView& mainWindow, Rebuild& rebuil
 
     // The dimension sketch with its symbols.
     m_frame1 = addGroup(this, QStringLiteral("Frame1"), QRect(240, 8, 265, 481));
-    QLabel* picture = addLabel(m_frame1, QStringLiteral("Picture1"), QString(),
-                               QRect(QPoint(8, 16), sketchSize));
-    picture->setPixmap(QPixmap::fromImage(
-        assetImage(QStringLiteral("sketch.svg"), sketchSize).convertToFormat(QImage::Format_RGB888)));
+    QLabel* picture =
+        addLabel(m_frame1, QStringLiteral("Picture1"), QString(), QRect(QPoint(8, 16), sketchSize));
+    picture->setPixmap(QPixmap::fromImage(assetImage(QStringLiteral("sketch.svg"), sketchSize)
+                                              .convertToFormat(QImage::Format_RGB888)));
     addSketchSymbol(picture, QStringLiteral("lblSketchdR"), QStringLiteral("dR"), QPoint(24, 232));
     addSketchSymbol(picture, QStringLiteral("lblSketchÜd"), QStringLiteral("Üd"), QPoint(120, 8));
     addSketchSymbol(picture, QStringLiteral("lblSketchH"), QStringLiteral("H"), QPoint(200, 232));

@@ -45,16 +45,18 @@ void FrmMain::buildControls(QWidget* player) {
     m_frame5 = addGroup(this, QStringLiteral("Frame5"), QRect(8, 8, 273, 105));
     m_label2 = addLabel(m_frame5, QStringLiteral("Label2"), QString(), QRect(8, 24, 156, 30), true);
     addLabel(m_frame5, QStringLiteral("Label1"), QStringLiteral("Üd:"), QRect(168, 24, 24, 17));
-    m_txtOverhang =
-        addNumericField(m_frame5, QStringLiteral("txtÜd"), QStringLiteral("0"), QRect(192, 24, 49, 19));
+    m_txtOverhang = addNumericField(m_frame5, QStringLiteral("txtÜd"), QStringLiteral("0"),
+                                    QRect(192, 24, 49, 19));
     addLabel(m_frame5, QStringLiteral("Label3"), QStringLiteral("mm"), QRect(248, 24, 22, 17));
     m_label4 = addLabel(m_frame5, QStringLiteral("Label4"), QString(), QRect(8, 56, 132, 44), true);
     addLabel(m_frame5, QStringLiteral("Label5"), QStringLiteral("X:"), QRect(144, 56, 28, 17));
-    m_lblX = addLabel(m_frame5, QStringLiteral("lblX"), QStringLiteral("....."), QRect(176, 48, 65, 17));
+    m_lblX =
+        addLabel(m_frame5, QStringLiteral("lblX"), QStringLiteral("....."), QRect(176, 48, 65, 17));
     m_lblX->setAlignment(Qt::AlignLeft | Qt::AlignBottom); // nearer the line of its "X:"
 
     addLabel(m_frame5, QStringLiteral("Label6"), QStringLiteral("Y:"), QRect(144, 72, 28, 17));
-    m_lblY = addLabel(m_frame5, QStringLiteral("lblY"), QStringLiteral("....."), QRect(176, 72, 65, 17));
+    m_lblY =
+        addLabel(m_frame5, QStringLiteral("lblY"), QStringLiteral("....."), QRect(176, 72, 65, 17));
     m_command5 = addButton(m_frame5, QStringLiteral("Command5"), QStringLiteral(">"),
                            QRect(248, 56, 17, 33));
 
@@ -75,8 +77,8 @@ void FrmMain::buildControls(QWidget* player) {
     m_frame4 = addGroup(this, QStringLiteral("Frame4"), QRect(8, 184, 273, 65));
     m_label8 = addLabel(m_frame4, QStringLiteral("Label8"), QString(), QRect(8, 24, 164, 36), true);
     addLabel(m_frame4, QStringLiteral("Label7"), QStringLiteral("hs:"), QRect(176, 24, 22, 17));
-    m_txths =
-        addNumericField(m_frame4, QStringLiteral("txths"), QStringLiteral("300"), QRect(200, 24, 41, 19));
+    m_txths = addNumericField(m_frame4, QStringLiteral("txths"), QStringLiteral("300"),
+                              QRect(200, 24, 41, 19));
     addLabel(m_frame4, QStringLiteral("Label3"), QStringLiteral("mm"), QRect(248, 24, 22, 17));
 
     // Downpipe: the diameter is shown, never read.
@@ -93,17 +95,21 @@ void FrmMain::buildControls(QWidget* player) {
 
     // Clamps.
     m_frame8 = addGroup(this, QStringLiteral("Frame8"), QRect(8, 328, 273, 65));
-    m_label11 = addLabel(m_frame8, QStringLiteral("Label11"), QString(), QRect(8, 24, 162, 36), true);
+    m_label11 =
+        addLabel(m_frame8, QStringLiteral("Label11"), QString(), QRect(8, 24, 162, 36), true);
     addLabel(m_frame8, QStringLiteral("Label19"), QStringLiteral("dR:"), QRect(174, 24, 24, 17));
-    m_txtdR =
-        addNumericField(m_frame8, QStringLiteral("txtdR"), QStringLiteral("1800"), QRect(198, 24, 41, 19));
+    m_txtdR = addNumericField(m_frame8, QStringLiteral("txtdR"), QStringLiteral("1800"),
+                              QRect(198, 24, 41, 19));
     addLabel(m_frame8, QStringLiteral("Label3"), QStringLiteral("mm"), QRect(248, 24, 22, 17));
 
     // Pipe bends: `clicked`, not `toggled`, so the rebuild's own selection starts nothing.
     m_frame7 = addGroup(this, QStringLiteral("Frame7"), QRect(8, 400, 273, 57));
-    m_label10 = addLabel(m_frame7, QStringLiteral("Label10"), QString(), QRect(8, 24, 100, 30), true);
-    m_o42 = addOption(m_frame7, QStringLiteral("O42"), QStringLiteral("42°"), QRect(112, 16, 49, 33));
-    m_o72 = addOption(m_frame7, QStringLiteral("O72"), QStringLiteral("72°"), QRect(192, 16, 49, 33));
+    m_label10 =
+        addLabel(m_frame7, QStringLiteral("Label10"), QString(), QRect(8, 24, 100, 30), true);
+    m_o42 =
+        addOption(m_frame7, QStringLiteral("O42"), QStringLiteral("42°"), QRect(112, 16, 49, 33));
+    m_o72 =
+        addOption(m_frame7, QStringLiteral("O72"), QStringLiteral("72°"), QRect(192, 16, 49, 33));
     m_o42->setChecked(true);
     connect(m_o42, &QRadioButton::clicked, this, [this] { O42_Click(); });
     connect(m_o72, &QRadioButton::clicked, this, [this] { O72_Click(); });

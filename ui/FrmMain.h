@@ -9,7 +9,6 @@
 
 #include <QColor>
 #include <QTimer>
-
 #include <functional>
 #include <memory>
 
@@ -91,7 +90,6 @@ public:
     std::int32_t windowHandle() const override;
     QImage bildPicture() const override;
     QImage bild2Picture() const override;
-
 
 private:
     void buildControls(QWidget* player);

@@ -19,10 +19,12 @@ FrmMessage::FrmMessage(Rebuild& rebuild, MainWindowView& mainWindow, QWidget* pa
     m_lblMessage = addLabel(this, QStringLiteral("lblMessage"), QStringLiteral("Message"),
                             QRect(8, 8, 177, 41), true);
     // Same parent, so they exclude each other; neither is selected at first.
-    m_op1 = addOption(this, QStringLiteral("OP1"), QStringLiteral("Option1"), QRect(8, 56, 177, 25));
-    m_op2 = addOption(this, QStringLiteral("OP2"), QStringLiteral("Option2"), QRect(8, 88, 185, 25));
-    m_command1 = addButton(this, QStringLiteral("Command1"), QStringLiteral("OK"),
-                           QRect(192, 8, 89, 41));
+    m_op1 =
+        addOption(this, QStringLiteral("OP1"), QStringLiteral("Option1"), QRect(8, 56, 177, 25));
+    m_op2 =
+        addOption(this, QStringLiteral("OP2"), QStringLiteral("Option2"), QRect(8, 88, 185, 25));
+    m_command1 =
+        addButton(this, QStringLiteral("Command1"), QStringLiteral("OK"), QRect(192, 8, 89, 41));
     m_command2 = addButton(this, QStringLiteral("Command2"), QString(), QRect(192, 64, 89, 41));
     connect(m_command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
     connect(m_command2, &QPushButton::clicked, this, [this] { Command2_Click(); });

@@ -57,8 +57,9 @@ protected:
 TEST_F(ChoiceDialog, AnOpenQuestionIsAskedWithoutBuilding) {
     main->Command1_Click();
     EXPECT_TRUE(message->isVisible());
-    EXPECT_EQ(child<QLabel>(message, "lblMessage")->text(),
-              QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
+    EXPECT_EQ(
+        child<QLabel>(message, "lblMessage")->text(),
+        QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
     EXPECT_EQ(child<QRadioButton>(message, "OP1")->text(), QStringLiteral("continous downpipe"));
     EXPECT_EQ(child<QRadioButton>(message, "OP2")->text(), QStringLiteral("bend construction"));
     EXPECT_EQ(message->fall(), 1);

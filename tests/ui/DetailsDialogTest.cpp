@@ -1,5 +1,4 @@
 #include "UiTestSupport.h"
-
 #include "base/Conversions.h"
 
 #include <QLabel>
@@ -149,7 +148,8 @@ TEST_F(DetailsDialog, TheSketchShowsItsSymbolsOverThePicture) {
     for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
         for (int dx = 0; dx < 14; ++dx) {
             for (int dy = 0; dy < 12; ++dy)
-                EXPECT_EQ(image.pixel(at + QPoint(dx, dy)), qRgb(255, 255, 255)) << at.x() << "," << at.y();
+                EXPECT_EQ(image.pixel(at + QPoint(dx, dy)), qRgb(255, 255, 255))
+                    << at.x() << "," << at.y();
         }
     }
 }

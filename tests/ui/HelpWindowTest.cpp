@@ -5,7 +5,6 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTextBrowser>
-
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {
@@ -17,7 +16,8 @@ protected:
         QDir(folder.path()).mkpath(QStringLiteral("Tectaro.chm"));
         QFile page(folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm")));
         page.open(QIODevice::WriteOnly);
-        page.write("<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1></body></html>");
+        page.write(
+            "<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1></body></html>");
     }
     std::string address(const QString& topic) const {
         return (folder.path() + QStringLiteral("/Tectaro.chm::") + topic).toStdString();
@@ -78,7 +78,8 @@ TEST(ShippedHelp, ThePageAndEverythingItRefersToExist) {
     int references = 0;
     for (const auto& match : reference.globalMatch(html)) {
         ++references;
-        EXPECT_TRUE(QFile::exists(folder + QLatin1Char('/') + match.captured(1))) << match.captured(1).toStdString();
+        EXPECT_TRUE(QFile::exists(folder + QLatin1Char('/') + match.captured(1)))
+            << match.captured(1).toStdString();
     }
     EXPECT_GE(references, 1);
 

@@ -1,5 +1,4 @@
 #include "UiTestSupport.h"
-
 #include "ui/text/LanguageM.h"
 
 #include <QComboBox>
@@ -18,17 +17,37 @@ struct Caption {
 };
 
 const Caption captions[] = {
-    {"frmMain", "", 112},           {"frmMain", "Frame5", 113},     {"frmMain", "Label2", 114},
-    {"frmMain", "Label4", 115},     {"frmMain", "Frame2", 116},     {"frmMain", "Frame4", 121},
-    {"frmMain", "Label8", 122},     {"frmMain", "Frame6", 123},     {"frmMain", "Label9", 124},
-    {"frmMain", "Frame8", 125},     {"frmMain", "Label11", 126},    {"frmMain", "Frame7", 127},
-    {"frmMain", "Label10", 128},    {"frmMain", "Command1", 129},   {"frmMain", "Command3", 130},
-    {"frmMain", "Command2", 131},   {"frmMain", "Command4", 132},   {"frmMain", "Command6", 133},
-    {"frmMain", "Command7", 8001},  {"frmDetails", "", 1000},       {"frmDetails", "Frame3", 1001},
-    {"frmDetails", "Label1", 1002}, {"frmDetails", "Label2", 1003}, {"frmDetails", "Label3", 1004},
-    {"frmDetails", "Label4", 1005}, {"frmDetails", "Label9", 1006}, {"frmDetails", "Command1", 1007},
-    {"frmDetails", "Command2", 1008}, {"frmDetails", "Frame1", 6000},
-    {"frmDetails", "Label11", 6001}, {"frmMessage", "Command2", 131},
+    {"frmMain", "", 112},
+    {"frmMain", "Frame5", 113},
+    {"frmMain", "Label2", 114},
+    {"frmMain", "Label4", 115},
+    {"frmMain", "Frame2", 116},
+    {"frmMain", "Frame4", 121},
+    {"frmMain", "Label8", 122},
+    {"frmMain", "Frame6", 123},
+    {"frmMain", "Label9", 124},
+    {"frmMain", "Frame8", 125},
+    {"frmMain", "Label11", 126},
+    {"frmMain", "Frame7", 127},
+    {"frmMain", "Label10", 128},
+    {"frmMain", "Command1", 129},
+    {"frmMain", "Command3", 130},
+    {"frmMain", "Command2", 131},
+    {"frmMain", "Command4", 132},
+    {"frmMain", "Command6", 133},
+    {"frmMain", "Command7", 8001},
+    {"frmDetails", "", 1000},
+    {"frmDetails", "Frame3", 1001},
+    {"frmDetails", "Label1", 1002},
+    {"frmDetails", "Label2", 1003},
+    {"frmDetails", "Label3", 1004},
+    {"frmDetails", "Label4", 1005},
+    {"frmDetails", "Label9", 1006},
+    {"frmDetails", "Command1", 1007},
+    {"frmDetails", "Command2", 1008},
+    {"frmDetails", "Frame1", 6000},
+    {"frmDetails", "Label11", 6001},
+    {"frmMessage", "Command2", 131},
 };
 
 class LanguageTest : public WindowTest {
@@ -83,16 +102,15 @@ TEST_P(EveryLanguage, EveryCaptionComesFromTheTableOfTheActiveLanguage) {
     EXPECT_EQ(child<QLabel>("Label16")->text(), QStringLiteral("  df:"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Tables, EveryLanguage,
-                         ::testing::Values(LanguageCase{"de_DE.UTF-8", TextLanguage::German},
-                                           LanguageCase{"en_US.UTF-8",
-                                                        TextLanguage::EnglishUnitedStates},
-                                           LanguageCase{"en_GB.UTF-8",
-                                                        TextLanguage::EnglishUnitedKingdom},
-                                           LanguageCase{"fr_FR.UTF-8", TextLanguage::French},
-                                           LanguageCase{"pl_PL.UTF-8", TextLanguage::Polish},
-                                           LanguageCase{"ru_RU.UTF-8", TextLanguage::Russian},
-                                           LanguageCase{"hr_HR.UTF-8", TextLanguage::Croatian}));
+INSTANTIATE_TEST_SUITE_P(
+    Tables, EveryLanguage,
+    ::testing::Values(LanguageCase{"de_DE.UTF-8", TextLanguage::German},
+                      LanguageCase{"en_US.UTF-8", TextLanguage::EnglishUnitedStates},
+                      LanguageCase{"en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
+                      LanguageCase{"fr_FR.UTF-8", TextLanguage::French},
+                      LanguageCase{"pl_PL.UTF-8", TextLanguage::Polish},
+                      LanguageCase{"ru_RU.UTF-8", TextLanguage::Russian},
+                      LanguageCase{"hr_HR.UTF-8", TextLanguage::Croatian}));
 
 TEST_F(LanguageTest, GermanCaptions) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);

@@ -1,5 +1,4 @@
 #include "UiTestSupport.h"
-
 #include "assembly/MaterialChoice.h"
 
 #include <QComboBox>
@@ -16,7 +15,9 @@ class MainWindowBehaviour : public WindowTest {
 protected:
     MainWindowBehaviour() { main->fillMaterialList(); }
 
-    void click(const char* name) { QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton); }
+    void click(const char* name) {
+        QTest::mouseClick(child<QAbstractButton>(name), Qt::LeftButton);
+    }
     void chooseMaterial(int index) {
         auto* list = child<QComboBox>("cbmaterial");
         list->setCurrentIndex(index);
@@ -30,7 +31,9 @@ protected:
         }
         return files;
     }
-    void setOverhang(const char* text) { child<QLineEdit>("txtÜd")->setText(QString::fromUtf8(text)); }
+    void setOverhang(const char* text) {
+        child<QLineEdit>("txtÜd")->setText(QString::fromUtf8(text));
+    }
 };
 
 TEST_F(MainWindowBehaviour, RefreshRebuildsOnce) {

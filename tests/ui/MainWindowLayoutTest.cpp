@@ -1,5 +1,4 @@
 #include "UiTestSupport.h"
-
 #include "ui/CaptionButton.h"
 
 #include <QComboBox>
@@ -121,8 +120,8 @@ void checkControls(QWidget* window, const Control* begin, const Control* end) {
                               ? window
                               : window->findChild<QWidget*>(QString::fromUtf8(c->parent));
         ASSERT_NE(parent, nullptr);
-        auto* widget = parent->findChild<QWidget*>(QString::fromUtf8(c->name),
-                                                   Qt::FindDirectChildrenOnly);
+        auto* widget =
+            parent->findChild<QWidget*>(QString::fromUtf8(c->name), Qt::FindDirectChildrenOnly);
         ASSERT_NE(widget, nullptr);
         EXPECT_TRUE(widget->inherits(c->kind)) << widget->metaObject()->className();
         EXPECT_EQ(widget->pos(), QPoint(c->x, c->y));

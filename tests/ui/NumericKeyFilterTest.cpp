@@ -1,6 +1,6 @@
-#include "UiTestSupport.h"
-
 #include "ui/NumericKeyFilter.h"
+
+#include "UiTestSupport.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -24,7 +24,8 @@ struct TypedCase {
     const char16_t* expected;
 };
 
-class TypedCharacters : public NumericKeyFilterTest, public ::testing::WithParamInterface<TypedCase> {};
+class TypedCharacters : public NumericKeyFilterTest,
+                        public ::testing::WithParamInterface<TypedCase> {};
 
 TEST_P(TypedCharacters, OnlyDigitsAndPlusReachTheField) {
     typeText(&field, QString::fromUtf16(GetParam().typed));

@@ -12,10 +12,8 @@
 #include <QKeyEvent>
 #include <QTest>
 #include <QWidget>
-
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>

@@ -11,7 +11,8 @@ void GuiProgramControl::endProgram() {
     if (app == nullptr)
         return;
     // Queued, so a request made before exec() ends the loop as soon as it runs.
-    QMetaObject::invokeMethod(app, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        app, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 } // namespace pluvarine

@@ -71,8 +71,8 @@ void HelpWindow::HtmlHelp(const std::string& fileAndTopic) {
 void HelpWindow::showProblem(const QString& title, const QString& text) {
     m_browser->setSource(QUrl());
     m_shownPage.clear();
-    m_browser->setHtml(QStringLiteral("<h2>%1</h2><p>%2</p>")
-                           .arg(title.toHtmlEscaped(), text.toHtmlEscaped()));
+    m_browser->setHtml(
+        QStringLiteral("<h2>%1</h2><p>%2</p>").arg(title.toHtmlEscaped(), text.toHtmlEscaped()));
     setWindowTitle(title);
     show();
     raise();

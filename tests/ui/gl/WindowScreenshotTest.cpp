@@ -1,6 +1,5 @@
 #include "../UiTestSupport.h"
 #include "CaptionFit.h"
-
 #include "platform/system/widgets/HelpWindow.h"
 #include "platform/viewer/ViewerScene.h"
 #include "platform/viewer/widget/PreviewWidget.h"
@@ -24,9 +23,12 @@ struct Language {
 };
 
 const Language languages[] = {
-    {"de", "de_DE.UTF-8", TextLanguage::German},   {"en", "en_US.UTF-8", TextLanguage::EnglishUnitedStates},
-    {"fr", "fr_FR.UTF-8", TextLanguage::French},   {"pl", "pl_PL.UTF-8", TextLanguage::Polish},
-    {"ru", "ru_RU.UTF-8", TextLanguage::Russian},  {"hr", "hr_HR.UTF-8", TextLanguage::Croatian},
+    {"de", "de_DE.UTF-8", TextLanguage::German},
+    {"en", "en_US.UTF-8", TextLanguage::EnglishUnitedStates},
+    {"fr", "fr_FR.UTF-8", TextLanguage::French},
+    {"pl", "pl_PL.UTF-8", TextLanguage::Polish},
+    {"ru", "ru_RU.UTF-8", TextLanguage::Russian},
+    {"hr", "hr_HR.UTF-8", TextLanguage::Croatian},
 };
 
 enum class Construction { Continuous, Bends42, Bends72, Kinks };
