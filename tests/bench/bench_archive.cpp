@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -178,34 +179,19 @@ void configure(benchmark::internal::Benchmark* b, int iterations) {
 
 } // namespace
 
-BENCHMARK_CAPTURE(packOurs, small_1000x64KiB, std::string("small"))->Apply([](auto* b) {
-    configure(b, 10);
-});
-BENCHMARK_CAPTURE(tarCreate, small_1000x64KiB, std::string("small"))->Apply([](auto* b) {
-    configure(b, 10);
-});
-BENCHMARK_CAPTURE(unpackOurs, small_1000x64KiB, std::string("small"))->Apply([](auto* b) {
-    configure(b, 10);
-});
-BENCHMARK_CAPTURE(tarExtract, small_1000x64KiB, std::string("small"))->Apply([](auto* b) {
-    configure(b, 10);
-});
-BENCHMARK_CAPTURE(packOurs, large_4x64MiB, std::string("large"))->Apply([](auto* b) {
-    configure(b, 3);
-});
-BENCHMARK_CAPTURE(tarCreate, large_4x64MiB, std::string("large"))->Apply([](auto* b) {
-    configure(b, 3);
-});
-BENCHMARK_CAPTURE(unpackOurs, large_4x64MiB, std::string("large"))->Apply([](auto* b) {
-    configure(b, 3);
-});
-BENCHMARK_CAPTURE(tarExtract, large_4x64MiB, std::string("large"))->Apply([](auto* b) {
-    configure(b, 3);
-});
-
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     BenchFolders::get(); // make the data before the first measurement
+    for (const auto& [set, label, iterations] :
+         {std::tuple{"small", "1000x64KiB", 10}, std::tuple{"large", "4x64MiB", 3}}) {
+        for (const auto& [name, function] :
+             {std::pair{"packOurs", &packOurs}, std::pair{"tarCreate", &tarCreate},
+              std::pair{"unpackOurs", &unpackOurs}, std::pair{"tarExtract", &tarExtract}}) {
+            configure(benchmark::RegisterBenchmark((std::string(name) + "/" + label).c_str(),
+                                                   function, std::string(set)),
+                      iterations);
+        }
+    }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -10,25 +10,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::ArchiveTree;
-using testing::readFile;
-using testing::RecordingMessages;
-using testing::RecordingProgress;
-using testing::writeFile;
-
-std::string le32(std::uint32_t value) {
-    return {static_cast<char>(value & 0xFF), static_cast<char>((value >> 8) & 0xFF),
-            static_cast<char>((value >> 16) & 0xFF), static_cast<char>((value >> 24) & 0xFF)};
-}
-
-std::string le16(std::uint16_t value) {
-    return {static_cast<char>(value & 0xFF), static_cast<char>((value >> 8) & 0xFF)};
-}
-
-std::string record(const std::string& nameBytes, const std::string& data) {
-    return le16(static_cast<std::uint16_t>(nameBytes.size())) + nameBytes +
-           le32(static_cast<std::uint32_t>(data.size())) + data;
-}
+using namespace testing; // the store test fakes and file helpers
 
 class ArchiveFormat : public ::testing::Test {
 protected:

@@ -8,12 +8,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::ArchiveTree;
-using testing::readFile;
-using testing::RecordingMessages;
-using testing::RecordingProgress;
-using testing::snapshot;
-using testing::writeFile;
+using namespace testing; // the store test fakes and file helpers
 
 // The host link runs its event handlers as steps; a refused re-entry is a failed step there.
 class ArchiveReentry : public ::testing::Test {
@@ -67,7 +62,6 @@ TEST_F(ArchiveReentry, SecondSaveDuringAPackIsRefusedAndTheArchiveIsWhole) {
 
 TEST_F(ArchiveReentry, LoadDuringAPackIsRefused) {
     pack({});
-    const auto objBefore = snapshot(m_tree.obj());
     writeFile(m_tree.obj() / " 1.tob", "changed after the save");
     pack(handlerThat([this] { unpack({}); }));
     EXPECT_EQ(m_failures, 1);

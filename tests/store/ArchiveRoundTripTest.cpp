@@ -9,13 +9,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::ArchiveTree;
-using testing::FileSizeLimit;
-using testing::readFile;
-using testing::RecordingMessages;
-using testing::RecordingProgress;
-using testing::snapshot;
-using testing::writeFile;
+using namespace testing; // the store test fakes and file helpers
 
 std::string randomBytes(std::size_t size, unsigned seed) {
     std::mt19937 generator(seed);

@@ -8,27 +8,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::ArchiveTree;
-using testing::RecordingMessages;
-using testing::RecordingProgress;
-using testing::snapshot;
-using testing::writeFile;
-
-std::string le32(std::int64_t value) {
-    const auto bits = static_cast<std::uint32_t>(value);
-    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF),
-            static_cast<char>((bits >> 16) & 0xFF), static_cast<char>((bits >> 24) & 0xFF)};
-}
-
-std::string le16(std::int64_t value) {
-    const auto bits = static_cast<std::uint16_t>(value);
-    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF)};
-}
-
-std::string record(const std::string& name, const std::string& data) {
-    return le16(static_cast<std::int64_t>(name.size())) + name +
-           le32(static_cast<std::int64_t>(data.size())) + data;
-}
+using namespace testing; // the store test fakes and file helpers
 
 const std::string kValid = le32(3) + record("Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n") +
                            record(" 1.tob", "object one") + record(" 2.tob", "");

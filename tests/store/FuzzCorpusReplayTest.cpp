@@ -10,12 +10,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::ArchiveTree;
-using testing::readFile;
-using testing::RecordingMessages;
-using testing::RecordingProgress;
-using testing::snapshot;
-using testing::writeFile;
+using namespace testing; // the store test fakes and file helpers
 
 std::vector<std::filesystem::path> corpus(const char* target) {
     std::vector<std::filesystem::path> files;

@@ -8,8 +8,7 @@
 namespace pluvarine {
 namespace {
 
-using testing::readFile;
-using testing::writeFile;
+using namespace testing; // the store test fakes and file helpers
 
 class SettingsStore : public ::testing::Test {
 protected:

@@ -56,6 +56,23 @@ inline void writeFile(const std::filesystem::path& path, const std::string& byte
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
+// Little-endian integers and archive records, as the archive format lays them out.
+inline std::string le32(std::int64_t value) {
+    const auto bits = static_cast<std::uint32_t>(value);
+    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF),
+            static_cast<char>((bits >> 16) & 0xFF), static_cast<char>((bits >> 24) & 0xFF)};
+}
+
+inline std::string le16(std::int64_t value) {
+    const auto bits = static_cast<std::uint16_t>(value);
+    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF)};
+}
+
+inline std::string record(const std::string& nameBytes, const std::string& data) {
+    return le16(static_cast<std::int64_t>(nameBytes.size())) + nameBytes +
+           le32(static_cast<std::int64_t>(data.size())) + data;
+}
+
 // Every file and folder below root (dot-files included) with the content of the files:
 // compared before and after an operation, it shows anything written, changed or lost.
 inline std::map<std::string, std::string> snapshot(const std::filesystem::path& root) {
