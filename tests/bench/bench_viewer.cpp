@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
 
 namespace pluvarine {
 namespace {
@@ -59,6 +60,14 @@ void BM_SaveScene(benchmark::State& state) {
 }
 BENCHMARK(BM_SaveScene)->Unit(benchmark::kMillisecond);
 
+double processCpuMilliseconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
+           (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+}
+
+// Argument: the number of samples per pixel (4: what the preview uses; 0: for comparison).
 void BM_PreviewFrame(benchmark::State& state) {
     QSurfaceFormat format;
     format.setVersion(3, 3);
@@ -74,7 +83,7 @@ void BM_PreviewFrame(benchmark::State& state) {
     }
     const QSize size(692, 464);
     QOpenGLFramebufferObjectFormat fboFormat;
-    fboFormat.setSamples(4);
+    fboFormat.setSamples(int(state.range(0)));
     fboFormat.setAttachment(QOpenGLFramebufferObject::Depth);
     QOpenGLFramebufferObject fbo(size, fboFormat);
     fbo.bind();
@@ -84,16 +93,22 @@ void BM_PreviewFrame(benchmark::State& state) {
     camera.reset(assembly.scene.bounds(), float(size.width()) / float(size.height()));
     SceneRenderer renderer;
     renderer.render(assembly.scene, camera, size); // uploads the meshes
+    context.functions()->glFinish();
+    const double cpuBefore = processCpuMilliseconds();
     for (auto _ : state) {
         renderer.render(assembly.scene, camera, size);
         context.functions()->glFinish();
     }
+    // llvmpipe renders on threads of its own: their CPU time per frame tells the cost of a
+    // frame apart from how busy the machine is.
+    state.counters["cpuAllThreadsMs"] =
+        (processCpuMilliseconds() - cpuBefore) / double(state.iterations());
     state.SetLabel(reinterpret_cast<const char*>(context.functions()->glGetString(GL_RENDERER)));
     renderer.release();
     fbo.release();
     context.doneCurrent();
 }
-BENCHMARK(BM_PreviewFrame)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_PreviewFrame)->Arg(4)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 } // namespace pluvarine

@@ -45,6 +45,12 @@ vec3 environment(vec3 r, float rough) {
     float t = r.z;
     vec3 sharp = t > 0.0 ? mix(horizonColor, skyColor, pow(clamp(t, 0.0, 1.0), 0.6))
                          : mix(horizonColor, groundColor, pow(clamp(-t * 3.0, 0.0, 1.0), 0.5));
+    // Two bright panels at about eye height on either side of the default view direction:
+    // a pipe seen from a little above mirrors them as streaks, which is what makes a metal
+    // read as metal.
+    float spread = mix(48.0, 3.0, rough);
+    sharp += 1.4 * pow(max(dot(r, vec3(-0.33, -0.93, -0.15)), 0.0), spread)
+           + 0.8 * pow(max(dot(r, vec3(-0.86, 0.49, -0.15)), 0.0), spread);
     vec3 average = 0.5 * (skyColor + groundColor) + 0.1;
     return mix(sharp, average, rough * rough);
 }
@@ -79,8 +85,10 @@ void main() {
     float rough = clamp(roughness, 0.04, 1.0);
     vec3 f0 = mix(vec3(0.04), baseColor, metallic);
     vec3 color = light(n, v, normalize(vec3(-0.45, -0.35, 0.82)), vec3(2.6), f0, baseColor, rough)
-               + light(n, v, normalize(vec3(-0.6, 0.7, 0.2)), vec3(0.9), f0, baseColor, rough)
-               + light(n, v, normalize(vec3(0.3, -0.8, -0.2)), vec3(0.35), f0, baseColor, rough);
+               + light(n, v, normalize(vec3(-0.6, 0.7, 0.2)), vec3(0.9), f0, baseColor, rough);
+    // A faint light from below the horizon, diffuse only.
+    color += 0.35 / PI * (1.0 - metallic) * baseColor *
+             max(dot(n, normalize(vec3(0.3, -0.8, -0.2))), 0.0);
     float nv = max(dot(n, v), 0.0);
     vec3 fr = f0 + (max(vec3(1.0 - rough), f0) - f0) * pow(1.0 - nv, 5.0);
     vec3 hemisphere = mix(groundColor, skyColor, 0.5 + 0.5 * n.z);
@@ -151,7 +159,10 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
     glClearColor(background.redF(), background.greenF(), background.blueF(), 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glEnable(GL_DEPTH_TEST);
-    glDisable(GL_CULL_FACE);
+    // glTF's rule: counter-clockwise faces are the front, back faces are not drawn (materials
+    // are single-sided unless they say otherwise). Skipping them halves llvmpipe's work.
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_BACK);
     if (!m_program->isLinked()) {
         return;
     }
@@ -167,6 +178,8 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
         const auto m = object.transform.toFloat();
         // QMatrix4x4 takes row-major values; ours are column-major.
         const QMatrix4x4 model = QMatrix4x4(m.data()).transposed();
+        // A mirroring placement (a negative scale) turns the winding round.
+        glFrontFace(model.determinant() < 0 ? GL_CW : GL_CCW);
         for (std::size_t i = 0; i < object.part->pieces.size(); ++i) {
             const auto& piece = object.part->pieces[i];
             if (!piece.mesh->indices.empty()) {
@@ -174,6 +187,7 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
             }
         }
     }
+    glFrontFace(GL_CCW);
     m_program->release();
     drawBackdrop(scene, camera, aspect);
 }
