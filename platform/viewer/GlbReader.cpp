@@ -2,12 +2,11 @@
 
 #include "base/RuntimeError.h"
 
-#include <tiny_gltf.h>
-
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <tiny_gltf.h>
 
 namespace pluvarine {
 
@@ -40,8 +39,8 @@ Matrix4d nodeTransform(const tinygltf::Node& node) {
     }
     Matrix4d result;
     if (node.translation.size() == 3) {
-        result = Matrix4d::translation(node.translation[0], node.translation[1],
-                                       node.translation[2]);
+        result =
+            Matrix4d::translation(node.translation[0], node.translation[1], node.translation[2]);
     }
     if (node.rotation.size() == 4) {
         const double x = node.rotation[0], y = node.rotation[1], z = node.rotation[2],
@@ -257,9 +256,9 @@ private:
     const std::string& m_name;
 };
 
-GlbContent load(const std::string& name, const std::function<bool(tinygltf::TinyGLTF&,
-                                                                  tinygltf::Model&, std::string&,
-                                                                  std::string&)>& loader) {
+GlbContent load(const std::string& name,
+                const std::function<bool(tinygltf::TinyGLTF&, tinygltf::Model&, std::string&,
+                                         std::string&)>& loader) {
     tinygltf::TinyGLTF gltf;
     gltf.SetImageLoader(&ignoreImage, nullptr);
     tinygltf::Model model;

@@ -63,8 +63,8 @@ std::optional<SurfaceLook> MaterialFile::parse(const std::string& text) {
         }
         if (line[0] == '[') {
             const auto close = line.find(']');
-            const bool material = close != std::string::npos &&
-                                  lower(trim(line.substr(1, close - 1))) == "material";
+            const bool material =
+                close != std::string::npos && lower(trim(line.substr(1, close - 1))) == "material";
             // The first [Material] section counts.
             inSection = material && !seenSection;
             seenSection = seenSection || material;
@@ -114,8 +114,8 @@ std::optional<SurfaceLook> MaterialFile::parse(const std::string& text) {
 std::string MaterialFile::format(const std::string& name, int red, int green, int blue,
                                  float metallic, float roughness) {
     std::ostringstream out;
-    out << "[Material]\r\nName=" << name << "\r\nBaseColor=" << red << ',' << green << ','
-        << blue << "\r\nMetallic=" << metallic << "\r\nRoughness=" << roughness << "\r\n";
+    out << "[Material]\r\nName=" << name << "\r\nBaseColor=" << red << ',' << green << ',' << blue
+        << "\r\nMetallic=" << metallic << "\r\nRoughness=" << roughness << "\r\n";
     return out.str();
 }
 

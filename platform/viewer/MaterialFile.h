@@ -23,8 +23,8 @@ public:
     static std::optional<SurfaceLook> parse(const std::string& text);
 
     // The file text for a look (CRLF lines), as the data generator and the tests write it.
-    static std::string format(const std::string& name, int red, int green, int blue,
-                              float metallic, float roughness);
+    static std::string format(const std::string& name, int red, int green, int blue, float metallic,
+                              float roughness);
 };
 
 } // namespace pluvarine

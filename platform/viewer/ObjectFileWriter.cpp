@@ -2,14 +2,13 @@
 
 #include "base/RuntimeError.h"
 
-#include <tiny_gltf.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <sstream>
 #include <sys/stat.h>
+#include <tiny_gltf.h>
 #include <unistd.h>
 
 namespace pluvarine {
@@ -30,8 +29,8 @@ public:
 
     void addObject(const ViewerObject& object) {
         tinygltf::Node node;
-        node.name = (object.part->name.empty() ? std::string("object") : object.part->name) +
-                    " #" + std::to_string(object.id);
+        node.name = (object.part->name.empty() ? std::string("object") : object.part->name) + " #" +
+                    std::to_string(object.id);
         if (!object.transform.isIdentity()) {
             const auto& m = object.transform.columnMajor();
             node.matrix.assign(m.begin(), m.end());
@@ -137,15 +136,15 @@ private:
                                     TINYGLTF_TARGET_ARRAY_BUFFER, {}, {});
         if (count <= 65535) {
             std::vector<std::uint16_t> shorts(mesh.indices.begin(), mesh.indices.end());
-            accessors.indices = accessor(shorts.data(), shorts.size() * 2, shorts.size(),
-                                         TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT,
-                                         TINYGLTF_TYPE_SCALAR,
-                                         TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER, {}, {});
+            accessors.indices =
+                accessor(shorts.data(), shorts.size() * 2, shorts.size(),
+                         TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT, TINYGLTF_TYPE_SCALAR,
+                         TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER, {}, {});
         } else {
-            accessors.indices = accessor(mesh.indices.data(), mesh.indices.size() * 4,
-                                         mesh.indices.size(), TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT,
-                                         TINYGLTF_TYPE_SCALAR,
-                                         TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER, {}, {});
+            accessors.indices =
+                accessor(mesh.indices.data(), mesh.indices.size() * 4, mesh.indices.size(),
+                         TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT, TINYGLTF_TYPE_SCALAR,
+                         TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER, {}, {});
         }
         return accessors;
     }

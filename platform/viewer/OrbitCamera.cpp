@@ -24,8 +24,8 @@ void OrbitCamera::fit(const Box3& box, float aspect) {
     const float tanV = std::tan(kFieldOfView * kDegrees / 2) * kMargin;
     const float tanH = tanV * aspect;
     const auto size = box.size();
-    m_radius = std::max(0.05f, 0.5f * float(std::sqrt(size[0] * size[0] + size[1] * size[1] +
-                                                       size[2] * size[2])));
+    m_radius = std::max(
+        0.05f, 0.5f * float(std::sqrt(size[0] * size[0] + size[1] * size[1] + size[2] * size[2])));
     // Each corner needs the camera at least this far back along the viewing direction to lie
     // inside the frustum: |rel . right| <= (d + rel . forward) tanH, the same for up.
     float needed = 0.0f;
@@ -35,9 +35,9 @@ void OrbitCamera::fit(const Box3& box, float aspect) {
                                float(i & 4 ? box.max()[2] : box.min()[2]));
         const QVector3D rel = corner - m_target;
         const float depth = QVector3D::dotProduct(rel, forward);
-        needed = std::max({needed, std::abs(QVector3D::dotProduct(rel, right)) / tanH - depth,
-                           std::abs(QVector3D::dotProduct(rel, up)) / tanV - depth,
-                           -depth + 0.05f});
+        needed =
+            std::max({needed, std::abs(QVector3D::dotProduct(rel, right)) / tanH - depth,
+                      std::abs(QVector3D::dotProduct(rel, up)) / tanV - depth, -depth + 0.05f});
     }
     m_distance = std::max(needed, 0.1f);
 }
@@ -54,8 +54,8 @@ void OrbitCamera::orbit(float dxPixels, float dyPixels) {
 }
 
 void OrbitCamera::pan(float dxPixels, float dyPixels, int viewportHeight) {
-    const float perPixel = 2 * m_distance * std::tan(kFieldOfView * kDegrees / 2) /
-                           float(std::max(viewportHeight, 1));
+    const float perPixel =
+        2 * m_distance * std::tan(kFieldOfView * kDegrees / 2) / float(std::max(viewportHeight, 1));
     const QVector3D forward = -direction();
     QVector3D right = QVector3D::crossProduct(forward, {0, 0, 1});
     right = right.lengthSquared() > 1e-12f ? right.normalized() : QVector3D(1, 0, 0);
@@ -73,7 +73,9 @@ QVector3D OrbitCamera::direction() const {
     return {std::cos(p) * std::cos(y), std::cos(p) * std::sin(y), std::sin(p)};
 }
 
-QVector3D OrbitCamera::eye() const { return m_target + m_distance * direction(); }
+QVector3D OrbitCamera::eye() const {
+    return m_target + m_distance * direction();
+}
 
 void OrbitCamera::setView(const QVector3D& target, float distance, float yaw, float pitch) {
     m_target = target;

@@ -47,9 +47,8 @@ std::shared_ptr<const PartModel> PartModel::fromContent(const std::string& path,
                                                         const GlbContent& content) {
     auto part = std::make_shared<PartModel>();
     part->path = path;
-    part->name = !content.sceneName.empty()
-                     ? content.sceneName
-                     : std::filesystem::path(path).stem().string();
+    part->name = !content.sceneName.empty() ? content.sceneName
+                                            : std::filesystem::path(path).stem().string();
     const bool allAuxiliary =
         content.auxiliary || std::all_of(content.items.begin(), content.items.end(),
                                          [](const GlbItem& item) { return item.auxiliary; });

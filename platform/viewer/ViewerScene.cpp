@@ -50,7 +50,9 @@ std::int32_t ViewerScene::AddPart(const std::string& partFile) {
     return append(m_cache->part(partFile), Matrix4d());
 }
 
-void ViewerScene::CurrentObject(std::int32_t id) { m_current = id; }
+void ViewerScene::CurrentObject(std::int32_t id) {
+    m_current = id;
+}
 
 bool ViewerScene::ScaleObject(float sx, float sy, float sz) {
     ViewerObject& object = current("ScaleObject");
@@ -70,8 +72,7 @@ bool ViewerScene::MoveObject(float x, float y, float z) {
 bool ViewerScene::RotateObject(float ax, float ay, float az, float angle) {
     ViewerObject& object = current("RotateObject");
     object.transform = placed(object.transform.translationPart(),
-                              Matrix4d::rotation(ax, ay, az, angle) *
-                                  linearPart(object.transform));
+                              Matrix4d::rotation(ax, ay, az, angle) * linearPart(object.transform));
     notify(SceneChange::Placement);
     return true;
 }
@@ -175,7 +176,9 @@ int ViewerScene::addObserver(Observer observer) {
     return handle;
 }
 
-void ViewerScene::removeObserver(int handle) { m_observers.erase(handle); }
+void ViewerScene::removeObserver(int handle) {
+    m_observers.erase(handle);
+}
 
 ViewerObject* ViewerScene::find(std::int32_t id) {
     if (id <= 0) {
@@ -197,8 +200,7 @@ ViewerObject& ViewerScene::current(const char* operation) {
     return *object;
 }
 
-std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part,
-                                 const Matrix4d& transform) {
+std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part, const Matrix4d& transform) {
     if (m_nextId == std::numeric_limits<std::int32_t>::max()) {
         throw RuntimeError(RuntimeError::Overflow, "no object id left");
     }

@@ -15,7 +15,6 @@
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 #include <QTemporaryDir>
-
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 

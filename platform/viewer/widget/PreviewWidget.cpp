@@ -58,9 +58,8 @@ void PreviewWidget::resetView() {
 }
 
 std::string PreviewWidget::askSavePath(const std::string& objectName) {
-    QString path = QFileDialog::getSaveFileName(
-        this, QString(), QString::fromStdString(objectName),
-        QStringLiteral("*.tob;;*.glb"));
+    QString path = QFileDialog::getSaveFileName(this, QString(), QString::fromStdString(objectName),
+                                                QStringLiteral("*.tob;;*.glb"));
     if (!path.isEmpty() && QFileInfo(path).suffix().isEmpty()) {
         path += QStringLiteral(".tob");
     }
@@ -116,9 +115,13 @@ void PreviewWidget::mouseMoveEvent(QMouseEvent* event) {
     update();
 }
 
-void PreviewWidget::mouseReleaseEvent(QMouseEvent*) { m_dragButton = Qt::NoButton; }
+void PreviewWidget::mouseReleaseEvent(QMouseEvent*) {
+    m_dragButton = Qt::NoButton;
+}
 
-void PreviewWidget::mouseDoubleClickEvent(QMouseEvent*) { resetView(); }
+void PreviewWidget::mouseDoubleClickEvent(QMouseEvent*) {
+    resetView();
+}
 
 void PreviewWidget::wheelEvent(QWheelEvent* event) {
     m_camera.zoom(float(event->angleDelta().y()) / 120.0f);

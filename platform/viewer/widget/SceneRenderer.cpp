@@ -1,7 +1,6 @@
 #include "platform/viewer/widget/SceneRenderer.h"
 
 #include <QColor>
-
 #include <algorithm>
 
 namespace pluvarine {
@@ -114,7 +113,9 @@ SceneRenderer::SceneRenderer() = default;
 
 SceneRenderer::~SceneRenderer() = default; // GL objects go with release() or the context
 
-QColor SceneRenderer::backgroundColor() { return QColor(232, 236, 242); }
+QColor SceneRenderer::backgroundColor() {
+    return QColor(232, 236, 242);
+}
 
 void SceneRenderer::initialize() {
     initializeOpenGLFunctions();

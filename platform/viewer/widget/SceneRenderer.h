@@ -5,7 +5,6 @@
 
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLShaderProgram>
-
 #include <map>
 #include <memory>
 

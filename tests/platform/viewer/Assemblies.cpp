@@ -63,10 +63,9 @@ Daten composeAssembly(SceneOperations& scene, const std::string& workFolder, Ass
 
 bool realPartsAvailable() {
     const std::string res = std::string(PLUVARINE_WORKFOLDER) + parts::resFolder;
-    for (const char* name : {parts::outlet, parts::pipe, parts::standpipe, parts::cap,
-                             parts::clamp, parts::bend72Upper, parts::bend72Lower,
-                             parts::bend42Upper, parts::bend42Lower, parts::kink72, parts::kink42,
-                             parts::dummy}) {
+    for (const char* name : {parts::outlet, parts::pipe, parts::standpipe, parts::cap, parts::clamp,
+                             parts::bend72Upper, parts::bend72Lower, parts::bend42Upper,
+                             parts::bend42Lower, parts::kink72, parts::kink42, parts::dummy}) {
         if (!std::filesystem::exists(res + name)) {
             return false;
         }
@@ -84,23 +83,21 @@ std::string partsWorkFolder(const std::string& scratch) {
         fs::create_directories(folder + sub);
     }
     const std::string res = folder + "/res/";
-    const SurfaceLook grey{"Grau", {srgbToLinear(144), srgbToLinear(144), srgbToLinear(144)}, 0,
-                           0.6f};
+    const SurfaceLook grey{
+        "Grau", {srgbToLinear(144), srgbToLinear(144), srgbToLinear(144)}, 0, 0.6f};
     struct Box {
         const char* name;
         double x, y, z;
     };
     // The effective sizes the constructions rely on, in metres.
-    for (const Box& b : {Box{parts::outlet, 0.1, 0.1, 0.1865}, Box{parts::pipe, 0.1, 0.1, 0.5},
-                         Box{parts::standpipe, 0.125, 0.125, 0.5},
-                         Box{parts::cap, 0.125, 0.125, 0.0294},
-                         Box{parts::clamp, 0.2334, 0.12, 0.03},
-                         Box{parts::bend72Upper, 0.2304, 0.1, 0.2746},
-                         Box{parts::bend72Lower, 0.2304, 0.1, 0.2764},
-                         Box{parts::bend42Upper, 0.1923, 0.1, 0.3073},
-                         Box{parts::bend42Lower, 0.1923, 0.1, 0.3073},
-                         Box{parts::kink72, 0.1021, 0.1, 0.0962},
-                         Box{parts::kink42, 0.106, 0.1, 0.0674}}) {
+    for (const Box& b :
+         {Box{parts::outlet, 0.1, 0.1, 0.1865}, Box{parts::pipe, 0.1, 0.1, 0.5},
+          Box{parts::standpipe, 0.125, 0.125, 0.5}, Box{parts::cap, 0.125, 0.125, 0.0294},
+          Box{parts::clamp, 0.2334, 0.12, 0.03}, Box{parts::bend72Upper, 0.2304, 0.1, 0.2746},
+          Box{parts::bend72Lower, 0.2304, 0.1, 0.2764},
+          Box{parts::bend42Upper, 0.1923, 0.1, 0.3073},
+          Box{parts::bend42Lower, 0.1923, 0.1, 0.3073}, Box{parts::kink72, 0.1021, 0.1, 0.0962},
+          Box{parts::kink42, 0.106, 0.1, 0.0674}}) {
         writeBoxPart(res + b.name, b.x, b.y, b.z, grey);
     }
     writeBoxPart(res + parts::dummy, 1, 1, 1, grey, true);

@@ -1,13 +1,10 @@
 #include "Assemblies.h"
-
 #include "platform/viewer/GlbReader.h"
 #include "platform/viewer/ViewerScene.h"
 
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 namespace pluvarine::test {
@@ -21,8 +18,8 @@ TEST_P(ConstructionExport, WritesAValidObjectFile) {
     static QTemporaryDir scratch;
     const std::string workFolder = partsWorkFolder(scratch.path().toStdString());
     ViewerScene scene;
-    const Daten daten = composeAssembly(scene, workFolder, GetParam(),
-                                        workFolder + "/mat/Kupfer.ini");
+    const Daten daten =
+        composeAssembly(scene, workFolder, GetParam(), workFolder + "/mat/Kupfer.ini");
     ASSERT_TRUE(daten.design.modelBuilt);
     ASSERT_GE(daten.design.clampCount, 1);
     const std::string folder = std::string(PLUVARINE_BINARY_DIR) + "/exported";
@@ -39,7 +36,8 @@ TEST_P(ConstructionExport, WritesAValidObjectFile) {
     EXPECT_EQ(content.items.size(), drawnPieces);
     std::cout << "object file: " << file << '\n';
 
-    const std::string validator = std::string(PLUVARINE_SOURCE_DIR) + "/tools/validator/validate.sh";
+    const std::string validator =
+        std::string(PLUVARINE_SOURCE_DIR) + "/tools/validator/validate.sh";
     if (!std::filesystem::exists(validator)) {
         GTEST_SKIP() << "glTF validator not available";
     }

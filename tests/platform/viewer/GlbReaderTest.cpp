@@ -1,14 +1,12 @@
-#include "TestGlb.h"
-
-#include "base/RuntimeError.h"
 #include "platform/viewer/GlbReader.h"
+
+#include "TestGlb.h"
+#include "base/RuntimeError.h"
 #include "platform/viewer/PartModel.h"
 
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 
 namespace pluvarine::test {
 namespace {
@@ -53,7 +51,8 @@ TEST_F(GlbRead, BakedNormalsStayUnitAndFollowMirroring) {
     node.mesh = boxMesh(1, 1, 1);
     node.scale = {-3, 1, 1};
     writeTestGlb(path("mirror.glb"), {node});
-    const auto part = PartModel::fromContent(path("mirror.glb"), GlbReader::readFile(path("mirror.glb")));
+    const auto part =
+        PartModel::fromContent(path("mirror.glb"), GlbReader::readFile(path("mirror.glb")));
     const MeshData& mesh = *part->pieces[0].mesh;
     for (std::size_t v = 0; v < mesh.vertexCount(); ++v) {
         const float* n = &mesh.normals[v * 3];

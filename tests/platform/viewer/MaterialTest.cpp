@@ -1,5 +1,4 @@
 #include "ViewerFixture.h"
-
 #include "platform/viewer/MaterialFile.h"
 
 #include <filesystem>
@@ -46,14 +45,26 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         ParseCase{"[Material]\r\nName=Kupfer\r\nBaseColor=154,108,89\r\nMetallic=1\r\n"
                   "Roughness=0.35\r\n",
-                  true, {154, 108, 89}, 1.0f, 0.35f},
-        ParseCase{"[material]\nbasecolor = 117 , 117 , 117 \nMETALLIC= 0.9\n", true,
-                  {117, 117, 117}, 0.9f, 0.5f},
+                  true,
+                  {154, 108, 89},
+                  1.0f,
+                  0.35f},
+        ParseCase{"[material]\nbasecolor = 117 , 117 , 117 \nMETALLIC= 0.9\n",
+                  true,
+                  {117, 117, 117},
+                  0.9f,
+                  0.5f},
         ParseCase{"; comment\n[Other]\nBaseColor=1,2,3\n[Material]\nBaseColor=4,5,6\n"
                   "Metallic=7\nRoughness=-1\n",
-                  true, {4, 5, 6}, 1.0f, 0.0f},
-        ParseCase{"[Material]\nBaseColor=4,5,6\n[Material]\nBaseColor=7,8,9\n", true,
-                  {4, 5, 6}, 0.0f, 0.5f},
+                  true,
+                  {4, 5, 6},
+                  1.0f,
+                  0.0f},
+        ParseCase{"[Material]\nBaseColor=4,5,6\n[Material]\nBaseColor=7,8,9\n",
+                  true,
+                  {4, 5, 6},
+                  0.0f,
+                  0.5f},
         ParseCase{"[Material]\nBaseColor=4,5,6\nMetallic=lots\n", true, {4, 5, 6}, 0.0f, 0.5f},
         ParseCase{"[Material]\nName=x\n", false, {}, 0, 0},
         ParseCase{"[Material]\nBaseColor=1,2\n", false, {}, 0, 0},

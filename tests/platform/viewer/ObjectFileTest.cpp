@@ -1,14 +1,12 @@
 #include "ViewerFixture.h"
-
 #include "base/RuntimeError.h"
 #include "platform/viewer/GlbReader.h"
 #include "platform/viewer/ObjectFileWriter.h"
 
-#include <nlohmann/json.hpp>
-
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -90,17 +88,16 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObject) {
     // The two clamps share one mesh; the pipe's copper is a material of its own.
     EXPECT_EQ(json["nodes"][2]["mesh"], json["nodes"][3]["mesh"]);
     EXPECT_EQ(json["meshes"].size(), 4u);
-    const int pipeMaterial = json["meshes"][json["nodes"][1]["mesh"].get<int>()]["primitives"][0]
-                                 ["material"];
+    const int pipeMaterial =
+        json["meshes"][json["nodes"][1]["mesh"].get<int>()]["primitives"][0]["material"];
     const auto& pbr = json["materials"][pipeMaterial]["pbrMetallicRoughness"];
     EXPECT_EQ(json["materials"][pipeMaterial]["name"], "Kupfer");
     EXPECT_FLOAT_EQ(pbr["baseColorFactor"][0].get<float>(), srgbToLinear(154));
     EXPECT_EQ(pbr.value("metallicFactor", 1.0), 1.0); // glTF leaves out its default
     EXPECT_FLOAT_EQ(pbr["roughnessFactor"].get<float>(), 0.35f);
     // Positions carry their bounds, as glTF requires.
-    const int position =
-        json["meshes"][json["nodes"][1]["mesh"].get<int>()]["primitives"][0]["attributes"]
-            ["POSITION"];
+    const int position = json["meshes"][json["nodes"][1]["mesh"].get<int>()]["primitives"][0]
+                             ["attributes"]["POSITION"];
     EXPECT_EQ(json["accessors"][position]["max"][2], 0.25);
 }
 

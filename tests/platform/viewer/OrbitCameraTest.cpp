@@ -41,8 +41,8 @@ TEST_P(CameraFit, ShowsTheWholeContentAndFillsTheView) {
     EXPECT_LE(maxX, c.viewport.width());
     EXPECT_GE(minY, 0);
     EXPECT_LE(maxY, c.viewport.height());
-    const double filled = std::max((maxX - minX) / c.viewport.width(),
-                                   (maxY - minY) / c.viewport.height());
+    const double filled =
+        std::max((maxX - minX) / c.viewport.width(), (maxY - minY) / c.viewport.height());
     EXPECT_GT(filled, 0.75);
 }
 

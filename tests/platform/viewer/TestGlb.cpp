@@ -1,10 +1,9 @@
 #include "TestGlb.h"
 
-#include <tiny_gltf.h>
-
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <tiny_gltf.h>
 
 namespace pluvarine::test {
 
@@ -66,7 +65,8 @@ int addAccessor(tinygltf::Model& model, const void* data, std::size_t bytes, std
 
 tinygltf::Value auxiliaryExtras() {
     return tinygltf::Value(tinygltf::Value::Object{
-        {"pluvarine", tinygltf::Value(tinygltf::Value::Object{{"auxiliary", tinygltf::Value(true)}})}});
+        {"pluvarine",
+         tinygltf::Value(tinygltf::Value::Object{{"auxiliary", tinygltf::Value(true)}})}});
 }
 
 } // namespace
@@ -110,10 +110,9 @@ void writeTestGlb(const std::string& path, const std::vector<TestNode>& nodes, b
                     model, in.mesh.normals.data(), in.mesh.normals.size() * 4,
                     in.mesh.vertexCount(), TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3);
             }
-            primitive.indices = addAccessor(model, in.mesh.indices.data(),
-                                            in.mesh.indices.size() * 4, in.mesh.indices.size(),
-                                            TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT,
-                                            TINYGLTF_TYPE_SCALAR);
+            primitive.indices = addAccessor(
+                model, in.mesh.indices.data(), in.mesh.indices.size() * 4, in.mesh.indices.size(),
+                TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT, TINYGLTF_TYPE_SCALAR);
             primitive.mode = TINYGLTF_MODE_TRIANGLES;
             tinygltf::Material material;
             material.name = in.look.name;
@@ -145,8 +144,8 @@ void writeTestGlb(const std::string& path, const std::vector<TestNode>& nodes, b
     }
 }
 
-void writeBoxPart(const std::string& path, double sx, double sy, double sz,
-                  const SurfaceLook& look, bool auxiliary) {
+void writeBoxPart(const std::string& path, double sx, double sy, double sz, const SurfaceLook& look,
+                  bool auxiliary) {
     TestNode node;
     node.mesh = boxMesh(sx, sy, sz);
     node.look = look;

@@ -4,7 +4,6 @@
 #include "platform/viewer/ViewerScene.h"
 
 #include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {

@@ -1,5 +1,4 @@
 #include "ViewerFixture.h"
-
 #include "base/RuntimeError.h"
 
 #include <filesystem>
@@ -59,8 +58,7 @@ TEST_F(Scene, AddPartOfAMissingFileFailsWithoutTakingAnId) {
 TEST_F(Scene, AddPartOfAnUnreadableFileFails) {
     writeText(path("broken.v3o"), "glTF this is not");
     writeText(path("truncated.v3o"), readBytes(path("pipe.v3o")).substr(0, 100));
-    EXPECT_EQ(errorNumber([&] { m_scene.AddPart(path("broken.v3o")); }),
-              RuntimeError::ViewerError);
+    EXPECT_EQ(errorNumber([&] { m_scene.AddPart(path("broken.v3o")); }), RuntimeError::ViewerError);
     EXPECT_EQ(errorNumber([&] { m_scene.AddPart(path("truncated.v3o")); }),
               RuntimeError::ViewerError);
     EXPECT_EQ(errorNumber([&] { m_scene.AddPart(m_dir.path().toStdString()); }),
@@ -106,7 +104,7 @@ TEST_F(Scene, ObserversHearEveryKindOfChange) {
     m_scene.ApplyMaterial(0, path("Kupfer.ini"));
     m_scene.UpdateView();
     EXPECT_EQ(heard, (std::vector<SceneChange>{SceneChange::Content, SceneChange::Placement,
-                                                SceneChange::Look, SceneChange::FitView}));
+                                               SceneChange::Look, SceneChange::FitView}));
     EXPECT_EQ(m_scene.fitRequests(), 1);
     m_scene.removeObserver(handle);
     m_scene.UpdateView();

@@ -1,5 +1,4 @@
 #include "ViewerFixture.h"
-
 #include "base/RuntimeError.h"
 
 #include <cmath>

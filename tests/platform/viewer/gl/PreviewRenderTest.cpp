@@ -1,6 +1,5 @@
 #include "Assemblies.h"
 #include "TestGlb.h"
-
 #include "platform/viewer/MaterialFile.h"
 #include "platform/viewer/widget/PreviewWidget.h"
 
@@ -8,9 +7,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
-
 #include <gtest/gtest.h>
-
 #include <iostream>
 
 namespace pluvarine::test {
@@ -24,7 +21,9 @@ QVector3D at(double x, double heightMm, double y = 0) {
 }
 
 // Content is drawn in a signal red so that it cannot be mistaken for the backdrop.
-bool isSignal(QRgb c) { return qRed(c) - std::max(qGreen(c), qBlue(c)) > 50; }
+bool isSignal(QRgb c) {
+    return qRed(c) - std::max(qGreen(c), qBlue(c)) > 50;
+}
 
 int signalPixels(const QImage& image, QPointF centre, int radius) {
     int count = 0;
@@ -74,8 +73,8 @@ protected:
 
     void expectContent(const QImage& image, const QVector3D& point, const char* what) {
         const QPointF p = pixel(image, point);
-        EXPECT_GE(signalPixels(image, p, 2), 13) << what << " not drawn at " << p.x() << ","
-                                                 << p.y();
+        EXPECT_GE(signalPixels(image, p, 2), 13)
+            << what << " not drawn at " << p.x() << "," << p.y();
     }
 
     void expectEmpty(const QImage& image, const QVector3D& point, const char* what) {

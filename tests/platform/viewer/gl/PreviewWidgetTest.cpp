@@ -1,11 +1,10 @@
-#include "Assemblies.h"
-
 #include "platform/viewer/widget/PreviewWidget.h"
+
+#include "Assemblies.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
-
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {
@@ -57,8 +56,8 @@ TEST_F(Preview, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
     QTest::mouseRelease(&widget, Qt::RightButton, {}, {200, 260});
     EXPECT_NE(widget.camera().target(), fitted.target());
 
-    QWheelEvent wheel({200, 200}, widget.mapToGlobal(QPoint(200, 200)), {}, {0, 240},
-                      Qt::NoButton, {}, Qt::NoScrollPhase, false);
+    QWheelEvent wheel({200, 200}, widget.mapToGlobal(QPoint(200, 200)), {}, {0, 240}, Qt::NoButton,
+                      {}, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&widget, &wheel);
     EXPECT_LT(widget.camera().distance(), fitted.distance() * 0.8f);
 
