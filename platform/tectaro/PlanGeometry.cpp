@@ -50,20 +50,6 @@ double signedArea2(const QPolygonF& polygon) {
     return sum;
 }
 
-namespace {
-
-// Intersection of the lines p + s*u and q + t*v; nullptr-like flag when parallel.
-bool intersect(QPointF p, QPointF u, QPointF q, QPointF v, QPointF& out) {
-    const double denominator = cross(u, v);
-    if (std::abs(denominator) < 1e-12) {
-        return false;
-    }
-    out = p + (cross(q - p, v) / denominator) * u;
-    return true;
-}
-
-} // namespace
-
 std::vector<QPointF> offsetLine(const std::vector<QPointF>& line, bool closed, double offset) {
     const std::size_t n = line.size();
     std::vector<QPointF> result;
@@ -72,7 +58,6 @@ std::vector<QPointF> offsetLine(const std::vector<QPointF>& line, bool closed, d
     }
     const std::size_t segments = closed ? n : n - 1;
     auto direction = [&](std::size_t i) { return line[(i + 1) % n] - line[i]; };
-    auto shifted = [&](std::size_t i) { return line[i] + offset * rightNormal(direction(i)); };
     result.reserve(n);
     for (std::size_t i = 0; i < n; ++i) {
         const bool hasBefore = closed || i > 0;
@@ -87,13 +72,16 @@ std::vector<QPointF> offsetLine(const std::vector<QPointF>& line, bool closed, d
             result.push_back(line[i] + offset * rightNormal(direction(segments - 1)));
             continue;
         }
-        QPointF corner;
-        const QPointF p = shifted(before);
-        const QPointF q = line[i] + offset * rightNormal(direction(after));
-        if (!intersect(p, direction(before), q, direction(after), corner)) {
-            corner = q; // straight on: no corner to mitre
+        // The mitre: along the sum of the two normals, long enough to reach both offset
+        // lines; exact for square corners, so faces on round coordinates stay round.
+        const QPointF n1 = rightNormal(direction(before));
+        const QPointF n2 = rightNormal(direction(after));
+        const double denominator = 1.0 + dot(n1, n2);
+        if (denominator < 1e-9) {
+            result.push_back(line[i] + offset * n2); // the line turns back on itself
+            continue;
         }
-        result.push_back(corner);
+        result.push_back(line[i] + (offset / denominator) * (n1 + n2));
     }
     return result;
 }

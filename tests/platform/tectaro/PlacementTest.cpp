@@ -1,20 +1,9 @@
+#include "MacroInsertion.h"
 #include "TectaroTestSupport.h"
-#include "assembly/BendConstruction.h"
-#include "assembly/ContinuousConstruction.h"
-#include "assembly/KinkConstruction.h"
-#include "host/HostBuilding.h"
-#include "host/HostElement.h"
-#include "host/HostObjectTemplate.h"
-#include "host/HostRoof.h"
-#include "host/HostRoofData.h"
-#include "host/HostRoofList.h"
-#include "platform/tectaro/TectaroElement.h"
 #include "platform/tectaro/TectaroPlacement.h"
-#include "platform/viewer/ViewerScene.h"
 
 #include <QTemporaryDir>
 #include <cmath>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <numbers>
 
@@ -24,68 +13,10 @@ namespace {
 
 constexpr double pi = std::numbers::pi;
 
-bool realPartsAvailable() {
-    return std::filesystem::exists(std::string(PLUVARINE_WORKFOLDER) + "/res/Fallrohr_100_500.v3o");
-}
-
-// The placement matrix exactly as the macro's insert command builds it from the picked point
-// (X, Y, metres), the ground level Z (mm), the roof direction d (degrees), the wall offset W
-// and the height H (mm): a = -d - 90 - 180; four cases on d; x, y half the wall offset and
-// 8 mm per axis away from the point; z = H/2000 + 110/1000 + Z/1000.
-std::optional<PlacementMatrix> macroMatrix(float X, float Y, float Z, double d, double W,
-                                           double H) {
-    const double a = (-d - 90 - 180) * pi / 180;
-    double x = 0, y = 0;
-    bool placed = false;
-    if (d >= 180 && d <= 270) {
-        const double a2 = (270 - d) * pi / 180;
-        x = X - (W / 2000) * std::cos(a2) - 8.0 / 1000;
-        y = Y + (W / 2000) * std::sin(a2) + 8.0 / 1000;
-        placed = true;
-    }
-    if (std::abs(d) > 270 && std::abs(d) <= 360) {
-        const double a2 = std::abs(d - 270) * pi / 180;
-        x = X - (W / 2000) * std::cos(a2) - 8.0 / 1000;
-        y = Y - (W / 2000) * std::sin(a2) - 8.0 / 1000;
-        placed = true;
-    }
-    if (std::abs(d) >= 0 && std::abs(d) <= 90) {
-        const double a2 = (90 - d) * pi / 180;
-        x = X + (W / 2000) * std::cos(a2) + 8.0 / 1000;
-        y = Y - (W / 2000) * std::sin(a2) - 8.0 / 1000;
-        placed = true;
-    }
-    if (std::abs(d) > 90 && std::abs(d) < 180) {
-        const double a2 = std::abs(d - 90) * pi / 180;
-        x = X + (W / 2000) * std::cos(a2) + 8.0 / 1000;
-        y = Y + (W / 2000) * std::sin(a2) + 8.0 / 1000;
-        placed = true;
-    }
-    if (!placed) {
-        return std::nullopt;
-    }
-    const double z = H / 2000 + 110.0 / 1000 + Z / 1000;
-    PlacementMatrix m;
-    const float rows[4][4] = {{static_cast<float>(std::cos(a)), static_cast<float>(std::sin(a)), 0,
-                               static_cast<float>(x)},
-                              {static_cast<float>(-std::sin(a)), static_cast<float>(std::cos(a)), 0,
-                               static_cast<float>(y)},
-                              {0, 0, 1, static_cast<float>(z)},
-                              {0, 0, 0, 1}};
-    for (int r = 0; r < 4; ++r) {
-        for (int c = 0; c < 4; ++c) {
-            m.at(r, c) = rows[r][c];
-        }
-    }
-    return m;
-}
-
-enum class Kind { Continuous, Bend42, Bend72, Kink42, Kink72 };
-
 struct Side {
     const char* name;
     QPointF click; // where the user clicks, a little outside the wall
-    Kind kind;
+    test::Kind kind;
 };
 
 // The world extent of one object of the inserted element, measured from the wall face:
@@ -97,15 +28,7 @@ struct Extent {
     double vCentre() const { return (vMin + vMax) / 2; }
 };
 
-struct Inserted {
-    Daten daten;
-    std::shared_ptr<PlacedElement> element;
-    QPointF face;    // the picked point on the wall face
-    QPointF outward; // the face's outward normal
-    double overhang = 0, gutterWidth = 0, eavesHeight = 0;
-};
-
-Extent extentOf(const Inserted& inserted, std::int32_t id) {
+Extent extentOf(const test::Inserted& inserted, std::int32_t id) {
     Extent e;
     const QMatrix4x4 world = inserted.element->worldTransform();
     const QPointF along(-inserted.outward.y(), inserted.outward.x());
@@ -139,7 +62,7 @@ Extent extentOf(const Inserted& inserted, std::int32_t id) {
 class PlacementOnTheSampleHouse : public ::testing::TestWithParam<Side> {
 protected:
     void SetUp() override {
-        if (!realPartsAvailable()) {
+        if (!test::realPartsAvailable()) {
             GTEST_SKIP() << "the part catalogue is not built";
         }
         TectaroOptions options;
@@ -149,73 +72,9 @@ protected:
         connection = host->createConnection();
     }
 
-    // Picks, reads the roof data, composes the construction and inserts it as the macro does.
-    Inserted insert(const Side& side) {
-        Inserted result;
-        // The click as the host reports it: moved onto the wall face.
-        const auto hit = host->building()->exteriorWallHit(side.click);
-        EXPECT_TRUE(hit);
-        const float X = static_cast<float>(hit->facePoint.x());
-        const float Y = static_cast<float>(hit->facePoint.y());
-        result.face = QPointF(X, Y);
-        result.outward = hit->outward;
-
-        std::int32_t ignoredInt = 0;
-        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
-        bool ignored = false;
-        auto roof = connection->GetActiveBuilding()->GetRoofList()->FindRoofAt(
-            true, X, Y, ignoredInt, six, ignored);
-        EXPECT_TRUE(roof);
-        auto data = roof->GetRoofData();
-        float s = 0;
-        const std::int32_t face = roof->FindRoofFaceAt(true, X, Y, s, six, ignored) + 1;
-        const double gutterWidth = data->GetGutterWidth() * 1000;
-        const double pitch = data->GetFacePitch(face);
-        const double d = data->GetFaceDirection(face);
-        const double overhang = data->GetFaceOverhang(face, ignored) * 1000;
-        const float roofLevel = s * 1000.0f - 100.0f;
-        const float groundLevel = connection->GetLevelAt(X, Y) * 1000.0f;
-        const double H = (roofLevel - groundLevel) - overhang * std::tan(pitch * pi / 180) + 60;
-        const double W = overhang + gutterWidth - 60;
-        result.overhang = overhang / 1000;
-        result.gutterWidth = gutterWidth / 1000;
-        result.eavesHeight = host->building()->roofs[0].faces[face - 1].eavesHeight;
-
-        Daten& daten = result.daten;
-        daten.workFolder = PLUVARINE_WORKFOLDER;
-        daten.design.heightH = H;
-        daten.design.wallOffset = W;
-        daten.design.standpipeHeight = 300;
-        daten.design.clampSpacing = 1800;
-        ViewerScene scene;
-        scene.LoadScene(daten.workFolder + "/main.v3o");
-        switch (side.kind) {
-        case Kind::Continuous:
-            buildContinuous(daten, scene);
-            break;
-        case Kind::Bend42:
-            buildBend(daten, scene, BendAngle::Deg42);
-            break;
-        case Kind::Bend72:
-            buildBend(daten, scene, BendAngle::Deg72);
-            break;
-        case Kind::Kink42:
-            buildKink(daten, scene, BendAngle::Deg42);
-            break;
-        case Kind::Kink72:
-            buildKink(daten, scene, BendAngle::Deg72);
-            break;
-        }
-        const std::string file = folder.filePath(" 1.tob").toStdString();
-        EXPECT_TRUE(scene.SaveScene(file, "Fallrohr", ""));
-
-        auto element = connection->LoadObjectFile(file, 0)->CreateElement(nullptr, 0);
-        const auto matrix = macroMatrix(X, Y, groundLevel, d, W, H);
-        EXPECT_TRUE(matrix);
-        element->PrepareElement(true);
-        element->SetElementMatrix(*matrix);
-        element->CommitElement(true);
-        result.element = dynamic_cast<TectaroElement&>(*element).element();
+    test::Inserted insert(const Side& side) {
+        test::Inserted result = test::insertDownpipe(*host, *connection, side.kind, side.click,
+                                                     folder.filePath(" 1.tob").toStdString());
         EXPECT_EQ(host->project()->elements.size(), 1u);
         return result;
     }
@@ -229,9 +88,9 @@ protected:
 
 TEST_P(PlacementOnTheSampleHouse, ThePipeStandsOutsideItsWallTouchingTheFaceUnderTheRoofEdge) {
     const Side side = GetParam();
-    const Inserted in = insert(side);
+    const test::Inserted in = insert(side);
     const DesignRecord& design = in.daten.design;
-    const bool againstTheWall = side.kind != Kind::Continuous;
+    const bool againstTheWall = side.kind != test::Kind::Continuous;
 
     const Extent pipe = extentOf(in, design.pipeId);
     const Extent outlet = extentOf(in, design.outletId);
@@ -275,19 +134,20 @@ TEST_P(PlacementOnTheSampleHouse, ThePipeStandsOutsideItsWallTouchingTheFaceUnde
     EXPECT_NEAR(outlet.vCentre(), 0.0, 0.02);
 }
 
-INSTANTIATE_TEST_SUITE_P(EverySide, PlacementOnTheSampleHouse,
-                         ::testing::Values(Side{"south_continuous", {5, -0.1}, Kind::Continuous},
-                                           Side{"east_continuous", {10.1, 4}, Kind::Continuous},
-                                           Side{"east_kink42", {10.1, 4}, Kind::Kink42},
-                                           Side{"east_kink72", {10.1, 4}, Kind::Kink72},
-                                           Side{"north_bend42", {5, 8.1}, Kind::Bend42},
-                                           Side{"west_bend42", {-0.1, 4}, Kind::Bend42},
-                                           Side{"west_bend72", {-0.1, 4}, Kind::Bend72}),
-                         [](const auto& param) { return std::string(param.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    EverySide, PlacementOnTheSampleHouse,
+    ::testing::Values(Side{"south_continuous", {5, -0.1}, test::Kind::Continuous},
+                      Side{"east_continuous", {10.1, 4}, test::Kind::Continuous},
+                      Side{"east_kink42", {10.1, 4}, test::Kind::Kink42},
+                      Side{"east_kink72", {10.1, 4}, test::Kind::Kink72},
+                      Side{"north_bend42", {5, 8.1}, test::Kind::Bend42},
+                      Side{"west_bend42", {-0.1, 4}, test::Kind::Bend42},
+                      Side{"west_bend72", {-0.1, 4}, test::Kind::Bend72}),
+    [](const auto& param) { return std::string(param.param.name); });
 
 TEST(TectaroPlacement, TheMatrixActsOnColumnVectorsAndTheObjectFacesMinusX) {
     // d = 0 (south side, outward -y): a = -270 deg.
-    const auto m = macroMatrix(5, 0, 0, 0, 0, 2000);
+    const auto m = test::macroMatrix(5, 0, 0, 0, 0, 2000);
     ASSERT_TRUE(m);
     const QMatrix4x4 world =
         TectaroPlacement::worldTransform(*m, QVector3D(-0.2f, -0.05f, -1), QVector3D(0, 0.05f, 1));
@@ -314,7 +174,7 @@ TEST(TectaroPlacement, TheReferencePointIsTheCentreOfTheBoundingBox) {
 TEST(TectaroPlacement, EverySideTurnsTheFrontOutwards) {
     // The object's front (-x) goes along (sin d, -cos d) for the macro's rotation.
     for (double d : {0.0, 90.0, 180.0, 270.0, 360.0, 45.0, 200.0}) {
-        const auto m = macroMatrix(0, 0, 0, d, 0, 0);
+        const auto m = test::macroMatrix(0, 0, 0, d, 0, 0);
         ASSERT_TRUE(m) << d;
         const QMatrix4x4 world =
             TectaroPlacement::worldTransform(*m, QVector3D(-1, 0, 0), QVector3D(0, 0, 0));

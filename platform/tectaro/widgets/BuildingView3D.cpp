@@ -1,0 +1,94 @@
+#include "platform/tectaro/widgets/BuildingView3D.h"
+
+#include "platform/tectaro/BuildingMesh.h"
+#include "platform/tectaro/TectaroHost.h"
+#include "platform/viewer/widget/PreviewWidget.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace pluvarine {
+
+namespace {
+
+SurfaceLook look(const char* name, float r, float g, float b, float roughness) {
+    SurfaceLook result;
+    result.name = name;
+    result.baseColor = {r, g, b};
+    result.roughness = roughness;
+    return result;
+}
+
+Matrix4d toMatrix4d(const QMatrix4x4& m) {
+    std::array<double, 16> values{};
+    const float* data = m.constData(); // column-major, as Matrix4d
+    for (std::size_t i = 0; i < 16; ++i) {
+        values[i] = data[i];
+    }
+    return Matrix4d::fromColumnMajor(values);
+}
+
+} // namespace
+
+BuildingView3D::BuildingView3D(TectaroHost& host, QWidget* parent) : QWidget(parent), m_host(host) {
+    setObjectName(QStringLiteral("tectaro3D"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_preview = new PreviewWidget(m_scene, this);
+    layout->addWidget(m_preview);
+    connect(&host, &TectaroHost::projectChanged, this, &BuildingView3D::rebuild);
+    connect(&host, &TectaroHost::elementsChanged, this, &BuildingView3D::rebuild);
+    rebuild();
+}
+
+BuildingView3D::~BuildingView3D() {
+    // The preview observes the scene: it goes first, while the scene is still there.
+    delete m_preview;
+}
+
+void BuildingView3D::rebuild() {
+    static const SurfaceLook wallLook = look("Wall", 0.78f, 0.74f, 0.66f, 0.9f);
+    static const SurfaceLook roofLook = look("Roof", 0.45f, 0.12f, 0.07f, 0.7f);
+    m_scene.clear();
+    const auto building = m_host.building();
+    // The preview draws a pale wall backdrop in the plane x = 0 (the macro's wall face). The
+    // building is shown moved a kilometre west of that plane, beyond the camera's depth range,
+    // so the backdrop never cuts through the house.
+    double east = 0;
+    for (const Wall& wall : building->walls) {
+        for (const QPointF& p : wall.exteriorFace()) {
+            east = std::max(east, p.x());
+        }
+    }
+    for (const Roof& roof : building->roofs) {
+        for (const RoofFace& face : roof.faces) {
+            east = std::max(east, face.outline.boundingRect().right());
+        }
+    }
+    const Matrix4d shift = Matrix4d::translation(-(east + kBackdropDistance), 0, 0);
+    for (const Wall& wall : building->walls) {
+        m_scene.addMesh(BuildingMesh::wall(wall), shift, wallLook, "wall");
+    }
+    for (const Roof& roof : building->roofs) {
+        for (const RoofFace& face : roof.faces) {
+            m_scene.addMesh(BuildingMesh::roofFace(face, roof.roofingThickness), shift, roofLook,
+                            "roof");
+        }
+    }
+    m_shift = shift;
+    if (const TectaroProject* project = m_host.project()) {
+        for (const auto& element : project->elements) {
+            const Matrix4d world = shift * toMatrix4d(element->worldTransform());
+            for (const GlbItem& item : element->object.content->items) {
+                if (item.auxiliary || !item.mesh) {
+                    continue;
+                }
+                m_scene.addMesh(item.mesh, world * item.transform, item.look,
+                                element->object.name + "/" + item.nodeName);
+            }
+        }
+    }
+    m_scene.UpdateView();
+}
+
+} // namespace pluvarine
