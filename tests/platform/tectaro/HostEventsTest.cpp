@@ -22,7 +22,6 @@ struct SignalCount {
 };
 
 constexpr std::int32_t macroDataId = 0x20ACDCA8;
-constexpr const char* guid = "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}";
 
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -33,24 +32,8 @@ void writeFile(const std::string& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-struct EventsFixture : ::testing::Test {
-    QTemporaryDir folder;
-    std::unique_ptr<TectaroHost> host;
-    std::unique_ptr<HostConnection> connection;
-    test::RecordingEvents events;
-
-    void SetUp() override {
-        TectaroOptions options;
-        options.programFolder = folder.path().toStdString();
-        options.defaultBuilding = test::sampleHouse();
-        host = std::make_unique<TectaroHost>(options);
-        connection = host->createConnection();
-        connection->setEventSink(&events);
-        ASSERT_TRUE(connection->ConnectMacro(7, "", guid));
-    }
-
-    std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
-    void run() { test::runUntilIdle(*host); }
+struct EventsFixture : ::testing::Test, test::SampleHost {
+    void SetUp() override { ASSERT_TRUE(connectMacro()); }
 };
 
 } // namespace

@@ -14,18 +14,7 @@ using namespace pluvarine;
 
 namespace {
 
-struct HostFixture : ::testing::Test {
-    QTemporaryDir folder;
-    std::unique_ptr<TectaroHost> host;
-    std::unique_ptr<HostConnection> connection;
-
-    void SetUp() override {
-        TectaroOptions options;
-        options.programFolder = folder.path().toStdString();
-        options.defaultBuilding = test::sampleHouse();
-        host = std::make_unique<TectaroHost>(options);
-        connection = host->createConnection();
-    }
+struct HostFixture : ::testing::Test, test::SampleHost {
 
     std::shared_ptr<HostRoof> roofAt(float x, float y) {
         std::int32_t ignored = 0;

@@ -5,6 +5,7 @@
 #include "platform/tectaro/TectaroHost.h"
 
 #include <QCoreApplication>
+#include <QTemporaryDir>
 #include <functional>
 #include <string>
 #include <vector>
@@ -79,6 +80,32 @@ private:
         }
         --depth;
     }
+};
+
+inline constexpr const char* macroGuid = "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}";
+
+// A host with the sample house in a scratch program folder, and the macro's connection to it;
+// connectMacro() registers `events` as the macro's event sink.
+struct SampleHost {
+    QTemporaryDir folder;
+    std::unique_ptr<TectaroHost> host;
+    std::unique_ptr<HostConnection> connection;
+    RecordingEvents events;
+
+    SampleHost() {
+        TectaroOptions options;
+        options.programFolder = folder.path().toStdString();
+        options.defaultBuilding = sampleHouse();
+        host = std::make_unique<TectaroHost>(options);
+        connection = host->createConnection();
+    }
+
+    bool connectMacro() {
+        connection->setEventSink(&events);
+        return connection->ConnectMacro(7, "", macroGuid);
+    }
+    std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
+    void run() { runUntilIdle(*host); }
 };
 
 } // namespace pluvarine::test

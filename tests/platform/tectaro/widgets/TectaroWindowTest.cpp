@@ -17,27 +17,16 @@ using namespace pluvarine;
 
 namespace {
 
-constexpr const char* guid = "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}";
-
-struct WindowFixture : ::testing::Test {
-    QTemporaryDir folder;
-    std::unique_ptr<TectaroHost> host;
+struct WindowFixture : ::testing::Test, test::SampleHost {
     std::unique_ptr<TectaroWindow> window;
-    std::unique_ptr<HostConnection> connection;
-    test::RecordingEvents events;
 
     void SetUp() override {
-        TectaroOptions options;
-        options.programFolder = folder.path().toStdString();
-        options.defaultBuilding = test::sampleHouse();
-        host = std::make_unique<TectaroHost>(options);
         window = std::make_unique<TectaroWindow>(*host);
         window->resize(800, 600);
         window->show();
-        connection = host->createConnection();
-        connection->setEventSink(&events);
-        connection->ConnectMacro(1, "", guid);
+        ASSERT_TRUE(connectMacro());
     }
+    void TearDown() override { window.reset(); }
 
     void leftClickAt(QPointF plan) {
         PlanView& view = window->planView();
