@@ -1,0 +1,421 @@
+#include "ScriptRunner.h"
+
+#include "RecordedMessages.h"
+#include "Session.h"
+#include "store/ProjectArchive.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QVector3D>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+
+namespace pluvarine {
+
+namespace {
+
+using Json = nlohmann::json;
+
+// How long a step may keep the session busy before the script gives up.
+constexpr qint64 kSettleTimeoutMs = 30000;
+
+qint64 now() {
+    return QDateTime::currentMSecsSinceEpoch();
+}
+
+std::string text(const Json& step, const char* key) {
+    if (!step.contains(key) || !step[key].is_string()) {
+        throw std::runtime_error(std::string("needs the text \"") + key + "\"");
+    }
+    return step[key].get<std::string>();
+}
+
+double number(const Json& step, const char* key) {
+    if (!step.contains(key) || !step[key].is_number()) {
+        throw std::runtime_error(std::string("needs the number \"") + key + "\"");
+    }
+    return step[key].get<double>();
+}
+
+void requireUsable(const QWidget& widget) {
+    if (!widget.isVisible()) {
+        throw std::runtime_error(widget.objectName().toStdString() + " is not shown");
+    }
+    if (!widget.isEnabled()) {
+        throw std::runtime_error(widget.objectName().toStdString() + " is disabled");
+    }
+}
+
+void sendKey(QWidget& widget, int key, const QString& keyText) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, keyText);
+    QCoreApplication::sendEvent(&widget, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, keyText);
+    QCoreApplication::sendEvent(&widget, &release);
+}
+
+int keyFor(QChar character) {
+    if (character == QChar('\b')) {
+        return Qt::Key_Backspace;
+    }
+    // Qt's key codes of printable Latin-1 characters are their upper-case code points.
+    const QChar upper = character.toUpper();
+    return upper.unicode() < 0x100 ? static_cast<int>(upper.unicode())
+                                   : static_cast<int>(Qt::Key_unknown);
+}
+
+Json vector3(const QVector3D& v) {
+    return Json::array({v.x(), v.y(), v.z()});
+}
+
+} // namespace
+
+ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_session(session) {
+    std::ifstream in(scriptFile);
+    if (!in) {
+        throw std::runtime_error("cannot read the script " + scriptFile);
+    }
+    const Json script = Json::parse(in);
+    m_steps = script.is_array() ? script : script.at("steps");
+    if (!m_steps.is_array()) {
+        throw std::runtime_error("the script's \"steps\" must be a list");
+    }
+    for (const Json& step : m_steps) {
+        if (!step.is_object() || !step.contains("do") || !step["do"].is_string()) {
+            throw std::runtime_error("every step needs \"do\": " + step.dump());
+        }
+    }
+    m_timer.setInterval(10);
+    connect(&m_timer, &QTimer::timeout, this, &ScriptRunner::tick);
+}
+
+void ScriptRunner::start() {
+    m_stepStarted = now();
+    m_timer.start();
+}
+
+bool ScriptRunner::settled() const {
+    return !m_session.host().busy() && !m_session.windows().main().isTimer1Enabled() &&
+           !archiveOperationRunning() && now() >= m_waitUntil;
+}
+
+void ScriptRunner::tick() {
+    if (!settled()) {
+        if (now() - m_stepStarted > kSettleTimeoutMs) {
+            fail("the session is still busy after " + std::to_string(kSettleTimeoutMs) + " ms");
+        }
+        return;
+    }
+    if (m_next >= m_steps.size()) {
+        m_timer.stop();
+        return;
+    }
+    const Json& step = m_steps[m_next++];
+    m_stepStarted = now();
+    if (HostJournal* journal = m_session.journal()) {
+        journal->record({{"type", "script"},
+                         {"step", m_next},
+                         {"do", step["do"].get<std::string>()},
+                         {"args", step}});
+    }
+    // A step that cannot be carried out ends the script: a user could not have done it either.
+    try {
+        runStep(step);
+    } catch (const std::exception& error) {
+        fail(error.what());
+    }
+}
+
+void ScriptRunner::fail(const std::string& reason) {
+    m_timer.stop();
+    const std::string what = m_next == 0 ? "" : " (" + m_steps[m_next - 1]["do"].dump() + ")";
+    std::cerr << "pluvarine: script step " << m_next << what << ": " << reason << '\n';
+    m_exitCode = 2;
+    QCoreApplication::exit(2);
+}
+
+void ScriptRunner::runStep(const Json& step) {
+    const std::string action = step["do"].get<std::string>();
+    if (action == "click") {
+        click(step);
+    } else if (action == "macroButton") {
+        if (!m_session.hostWindow().pressMacroButton()) {
+            throw std::runtime_error("the macro's button is missing, hidden or disabled");
+        }
+    } else if (action == "button") {
+        pressButton(step);
+    } else if (action == "type") {
+        typeKeys(step);
+    } else if (action == "material") {
+        chooseMaterial(step);
+    } else if (action == "answer") {
+        answer(step);
+    } else if (action == "newProject" || action == "openProject" || action == "saveProject" ||
+               action == "closeProject") {
+        project(action, step);
+    } else if (action == "screenshot") {
+        screenshot(step);
+    } else if (action == "state") {
+        writeState(step);
+    } else if (action == "wait") {
+        m_waitUntil = now() + static_cast<qint64>(number(step, "ms"));
+    } else if (action == "exit") {
+        // As the user closes the host: the host raises exe_ProgramExit and the macro ends.
+        m_timer.stop();
+        m_session.hostWindow().close();
+    } else {
+        throw std::runtime_error("unknown step \"" + action + "\"");
+    }
+}
+
+void ScriptRunner::click(const Json& step) {
+    const QPointF point(number(step, "x"), number(step, "y"));
+    if (!m_session.hostWindow().clickAt(point)) {
+        throw std::runtime_error("the host is not waiting for a click");
+    }
+}
+
+QWidget* ScriptRunner::window(const std::string& name) const {
+    MacroWindows& windows = m_session.windows();
+    if (name == "frmMain") {
+        return &windows.main();
+    }
+    if (name == "frmDetails") {
+        return &windows.details();
+    }
+    if (name == "frmMessage") {
+        return &windows.message();
+    }
+    if (name == "help") {
+        return &m_session.help();
+    }
+    if (name == "host") {
+        return &m_session.hostWindow();
+    }
+    throw std::runtime_error("no window named " + name);
+}
+
+template <typename Widget> Widget* ScriptRunner::control(const Json& step) const {
+    const QString name = QString::fromStdString(text(step, "name"));
+    std::vector<std::string> windows{"frmMain", "frmDetails", "frmMessage"};
+    if (step.contains("window")) {
+        windows = {text(step, "window")};
+    }
+    for (const std::string& windowName : windows) {
+        if (Widget* found = window(windowName)->findChild<Widget*>(name)) {
+            return found;
+        }
+    }
+    throw std::runtime_error("no control named " + name.toStdString());
+}
+
+void ScriptRunner::pressButton(const Json& step) {
+    auto* button = control<QAbstractButton>(step);
+    requireUsable(*button);
+    button->click();
+}
+
+void ScriptRunner::typeKeys(const Json& step) {
+    auto* field = control<QLineEdit>(step);
+    requireUsable(*field);
+    field->setFocus();
+    if (step.value("clear", false)) {
+        // As a user would: select everything, then backspace.
+        field->selectAll();
+        sendKey(*field, Qt::Key_Backspace, QStringLiteral("\b"));
+    }
+    const QString keys = QString::fromStdString(text(step, "keys"));
+    for (const QChar character : keys) {
+        sendKey(*field, keyFor(character), QString(character));
+    }
+}
+
+void ScriptRunner::chooseMaterial(const Json& step) {
+    auto* list = m_session.windows().main().findChild<QComboBox*>(QStringLiteral("cbmaterial"));
+    if (list == nullptr) {
+        throw std::runtime_error("no material list");
+    }
+    requireUsable(*list);
+    const int index = static_cast<int>(number(step, "index"));
+    if (index < 0 || index >= list->count()) {
+        throw std::runtime_error("no material number " + std::to_string(index));
+    }
+    list->setCurrentIndex(index);
+    emit list->activated(index); // a choice of the user, not a change of the program's
+}
+
+void ScriptRunner::answer(const Json& step) {
+    QWidget& dialog = m_session.windows().message();
+    if (!dialog.isVisible()) {
+        throw std::runtime_error("the choice dialog is not shown");
+    }
+    const std::string choice = text(step, "choice");
+    QString option;
+    if (choice == "continuous") {
+        option = QStringLiteral("OP1");
+    } else if (choice == "bend") {
+        option = QStringLiteral("OP2");
+    } else if (choice != "cancel") {
+        throw std::runtime_error("the choice is continuous, bend or cancel");
+    }
+    if (!option.isEmpty()) {
+        auto* radio = dialog.findChild<QAbstractButton*>(option);
+        requireUsable(*radio);
+        radio->click();
+    }
+    auto* button = dialog.findChild<QAbstractButton*>(
+        choice == "cancel" ? QStringLiteral("Command2") : QStringLiteral("Command1"));
+    requireUsable(*button);
+    button->click();
+}
+
+void ScriptRunner::project(const std::string& action, const Json& step) {
+    TectaroWindow& host = m_session.hostWindow();
+    std::string error;
+    if (action == "newProject") {
+        host.newProject();
+    } else if (action == "closeProject") {
+        host.closeProject();
+    } else if (action == "openProject") {
+        if (!host.openProject(text(step, "path"), &error)) {
+            throw std::runtime_error("cannot open the project: " + error);
+        }
+    } else if (!host.saveProject(step.value("path", std::string()), &error)) {
+        throw std::runtime_error("cannot save the project: " + error);
+    }
+}
+
+void ScriptRunner::screenshot(const Json& step) {
+    const std::string file = text(step, "file");
+    const std::string windowName = step.value("window", std::string("host"));
+    QDir().mkpath(QFileInfo(QString::fromStdString(file)).absolutePath());
+    bool written = false;
+    if (windowName == "host") {
+        written = m_session.hostWindow().screenshot(file);
+    } else {
+        written = window(windowName)->grab().save(QString::fromStdString(file), "PNG");
+    }
+    if (!written) {
+        throw std::runtime_error("cannot write the screenshot " + file);
+    }
+}
+
+void ScriptRunner::writeState(const Json& step) {
+    const std::string file = text(step, "file");
+    Session& s = m_session;
+    const Daten& daten = s.daten();
+    const Macro& macro = s.macro();
+
+    Json macroState{
+        {"objectCounter", macro.objectCounter()},
+        {"hostButtonId", macro.hostButtonId()},
+        {"hostCompatible", macro.hostCompatible()},
+        {"workFolder", daten.workFolder},
+        {"settingsFile", macro.settingsFile()},
+        {"mainWindowVisible", s.windows().main().isVisible()},
+        {"overhangText", s.windows().view().overhangText()},
+        {"click", Json::array({daten.roof.clickX, daten.roof.clickY})},
+        {"roof",
+         {{"roofOverhang", daten.roof.roofOverhang},
+          {"gutterWidth", daten.roof.gutterWidth},
+          {"roofPitch", daten.roof.roofPitch},
+          {"roofingThickness", daten.roof.roofingThickness},
+          {"roofDirection", daten.roof.roofDirection},
+          {"roofLevel", daten.roof.roofLevel},
+          {"groundLevel", daten.roof.groundLevel}}},
+        {"design",
+         {{"heightH", daten.design.heightH},
+          {"wallOffset", daten.design.wallOffset},
+          {"clampCount", daten.design.clampCount},
+          {"modelBuilt", daten.design.modelBuilt},
+          {"constructionAnswered", daten.design.constructionAnswered},
+          {"bendChosen", daten.design.bendChosen}}},
+        {"construction", static_cast<int>(s.windows().rebuild().lastConstruction())},
+    };
+
+    const TectaroHost& host = s.host();
+    Json elements = Json::array();
+    if (const TectaroProject* project = host.project()) {
+        for (const auto& element : project->elements) {
+            // The element's box in the building: its object's box carried into the world.
+            const QMatrix4x4 world = element->worldTransform();
+            QVector3D low(1e9F, 1e9F, 1e9F);
+            QVector3D high(-1e9F, -1e9F, -1e9F);
+            for (int corner = 0; corner < 8; ++corner) {
+                const QVector3D a = element->object.boundsMin;
+                const QVector3D b = element->object.boundsMax;
+                const QVector3D p =
+                    world.map(QVector3D(corner & 1 ? b.x() : a.x(), corner & 2 ? b.y() : a.y(),
+                                        corner & 4 ? b.z() : a.z()));
+                low = QVector3D(std::min(low.x(), p.x()), std::min(low.y(), p.y()),
+                                std::min(low.z(), p.z()));
+                high = QVector3D(std::max(high.x(), p.x()), std::max(high.y(), p.y()),
+                                 std::max(high.z(), p.z()));
+            }
+            elements.push_back(
+                {{"name", element->object.name},
+                 {"source", element->sourcePath},
+                 {"matrix", element->matrix.values},
+                 {"plan", Json::array({element->planPosition().x(), element->planPosition().y()})},
+                 {"worldMin", vector3(low)},
+                 {"worldMax", vector3(high)}});
+        }
+    }
+    Json button = nullptr;
+    if (const auto& b = host.macroButton()) {
+        button = {
+            {"id", b->id}, {"shown", b->shown}, {"enabled", b->enabled}, {"tooltip", b->tooltip}};
+    }
+    Json hostState{{"project", host.project() != nullptr ? Json(host.project()->path) : Json()},
+                   {"button", button},
+                   {"prompt", host.prompt()},
+                   {"clickRequested", host.clickRequest().has_value()},
+                   {"lastChunkCount", host.lastChunkCount()},
+                   {"elements", elements}};
+
+    Json obj = Json::array();
+    std::error_code error;
+    const std::filesystem::path objFolder = std::filesystem::u8path(daten.workFolder) / "obj";
+    std::vector<std::filesystem::directory_entry> files;
+    for (const auto& entry : std::filesystem::directory_iterator(objFolder, error)) {
+        if (entry.is_regular_file()) {
+            files.push_back(entry);
+        }
+    }
+    std::sort(files.begin(), files.end());
+    for (const auto& entry : files) {
+        QFile content(QString::fromStdString(entry.path().string()));
+        QCryptographicHash hash(QCryptographicHash::Sha256);
+        if (content.open(QIODevice::ReadOnly)) {
+            hash.addData(&content);
+        }
+        obj.push_back({{"name", entry.path().filename().string()},
+                       {"size", entry.file_size()},
+                       {"sha256", hash.result().toHex().toStdString()}});
+    }
+
+    Json messages = Json::array();
+    if (const RecordedMessages* recorded = s.recordedMessages()) {
+        messages = recorded->messages();
+    }
+    const Json state{
+        {"macro", macroState}, {"host", hostState}, {"obj", obj}, {"messages", messages}};
+    QDir().mkpath(QFileInfo(QString::fromStdString(file)).absolutePath());
+    std::ofstream out(file, std::ios::trunc);
+    out << state.dump(2) << '\n';
+    if (!out) {
+        throw std::runtime_error("cannot write the state " + file);
+    }
+}
+
+} // namespace pluvarine
