@@ -1,6 +1,5 @@
 #include "platform/tectaro/TectaroBuilding.h"
 
-#include "platform/tectaro/TectaroJournal.h"
 #include "platform/tectaro/TectaroRoofList.h"
 
 namespace pluvarine {
@@ -9,10 +8,7 @@ TectaroBuilding::TectaroBuilding(TectaroHost* host, std::shared_ptr<const Buildi
     : m_host(host), m_building(std::move(building)) {}
 
 std::shared_ptr<HostRoofList> TectaroBuilding::GetRoofList() {
-    return m_host.journal().call("Building", "GetRoofList", nlohmann::json::array(), [&]() {
-        return std::shared_ptr<HostRoofList>(
-            std::make_shared<TectaroRoofList>(&m_host.host(), m_building));
-    });
+    return std::make_shared<TectaroRoofList>(&m_host.host(), m_building);
 }
 
 } // namespace pluvarine

@@ -6,7 +6,8 @@
 namespace pluvarine {
 
 // The stand-in host's macro connection object: what the macro creates to talk to the host.
-// Every call is recorded in the host's journal.
+// The window handle, the text of ConnectMacro, the flags of LoadObjectFile and the two
+// constants of SetMacroButtonState mean nothing to this host.
 class TectaroConnection : public HostConnection {
 public:
     explicit TectaroConnection(TectaroHost* host);

@@ -116,13 +116,10 @@ void TectaroHost::runStep() {
     }
 }
 
-void TectaroHost::deliver(const char* name, int member, nlohmann::json args,
-                          const std::function<void(HostEvents&)>& call) {
-    if (!m_sink || !m_connected) {
-        return;
+void TectaroHost::deliver(const std::function<void(HostEvents&)>& call) {
+    if (m_sink && m_connected) {
+        call(*m_sink);
     }
-    m_journal.event(name, member, std::move(args));
-    call(*m_sink);
 }
 
 // ---- project actions ----
@@ -137,8 +134,7 @@ void TectaroHost::postProjectClosed() {
         emit clickModeChanged(false);
         emit projectChanged();
         emit elementsChanged();
-        deliver("exe_ProjectClosed", 18, nlohmann::json::array(),
-                [](HostEvents& sink) { sink.exe_ProjectClosed(); });
+        deliver([](HostEvents& sink) { sink.exe_ProjectClosed(); });
     });
 }
 
@@ -154,8 +150,7 @@ void TectaroHost::newProject() {
         TectaroProject project;
         project.building = m_options.defaultBuilding;
         installProject(std::move(project));
-        deliver("exe_NewCurrentProject", 24, nlohmann::json::array(),
-                [](HostEvents& sink) { sink.exe_NewCurrentProject(); });
+        deliver([](HostEvents& sink) { sink.exe_NewCurrentProject(); });
     });
 }
 
@@ -178,18 +173,13 @@ bool TectaroHost::openProject(const std::string& path, std::string* error) {
         }
         auto building = std::make_shared<TectaroBuilding>(this, m_project->building);
         const std::int32_t saveNo = m_project->saveNumber;
-        deliver("exe_LoadBuilding", 12, nlohmann::json::array({"object", saveNo}),
-                [&](HostEvents& sink) { sink.exe_LoadBuilding(building, saveNo); });
+        deliver([&](HostEvents& sink) { sink.exe_LoadBuilding(building, saveNo); });
     });
     post([this]() {
         const std::int32_t saveNo = m_project ? m_project->saveNumber : 0;
-        deliver("exe_LoadBuilding", 12, nlohmann::json::array({nullptr, saveNo}),
-                [&](HostEvents& sink) { sink.exe_LoadBuilding(nullptr, saveNo); });
+        deliver([&](HostEvents& sink) { sink.exe_LoadBuilding(nullptr, saveNo); });
     });
-    post([this]() {
-        deliver("exe_LoadComplete", 11, nlohmann::json::array({true}),
-                [](HostEvents& sink) { sink.exe_LoadComplete(true); });
-    });
+    post([this]() { deliver([](HostEvents& sink) { sink.exe_LoadComplete(true); }); });
     post([this, path]() { emit projectOpened(QString::fromStdString(path)); });
     return true;
 }
@@ -210,11 +200,7 @@ bool TectaroHost::saveProject(const std::string& path, std::string* error) {
     }
     post([this, target]() {
         std::int32_t chunks = 0;
-        if (m_sink && m_connected) {
-            m_journal.event("exe_SaveStart", 14, nlohmann::json::array({target, 1, false, chunks}));
-            m_sink->exe_SaveStart(target, 1, false, chunks);
-            m_journal.returned("exe_SaveStart", {{"numChunksToSave", chunks}});
-        }
+        deliver([&](HostEvents& sink) { sink.exe_SaveStart(target, 1, false, chunks); });
         m_lastChunks = chunks; // by reference: the host reads what the handler left there
     });
     post([this]() {
@@ -222,8 +208,7 @@ bool TectaroHost::saveProject(const std::string& path, std::string* error) {
             return;
         }
         auto building = std::make_shared<TectaroBuilding>(this, m_project->building);
-        deliver("exe_SaveBuilding", 15, nlohmann::json::array({0, "object"}),
-                [&](HostEvents& sink) { sink.exe_SaveBuilding(0, building); });
+        deliver([&](HostEvents& sink) { sink.exe_SaveBuilding(0, building); });
     });
     post([this, target]() {
         if (!m_project) {
@@ -250,10 +235,7 @@ void TectaroHost::closeProject() {
 }
 
 void TectaroHost::exitProgram() {
-    post([this]() {
-        deliver("exe_ProgramExit", 1, nlohmann::json::array(),
-                [](HostEvents& sink) { sink.exe_ProgramExit(); });
-    });
+    post([this]() { deliver([](HostEvents& sink) { sink.exe_ProgramExit(); }); });
     post([this]() { emit exitRequested(); });
 }
 
@@ -276,8 +258,7 @@ bool TectaroHost::click(QPointF planPoint) {
     const float x = static_cast<float>(at.x());
     const float y = static_cast<float>(at.y());
     post([this, valid, x, y, id]() {
-        deliver("exe_GotOneClick", 5, nlohmann::json::array({valid, x, y, id}),
-                [&](HostEvents& sink) { sink.exe_GotOneClick(valid, x, y, id); });
+        deliver([&](HostEvents& sink) { sink.exe_GotOneClick(valid, x, y, id); });
     });
     return true;
 }
@@ -288,11 +269,9 @@ bool TectaroHost::pressMacroButton() {
     }
     const MacroButton button = *m_button;
     post([this, button]() {
-        deliver("exe_ButtonChange", 6,
-                nlohmann::json::array({button.id, 2, 0, true, button.shown, button.enabled}),
-                [&](HostEvents& sink) {
-                    sink.exe_ButtonChange(button.id, 2, 0, true, button.shown, button.enabled);
-                });
+        deliver([&](HostEvents& sink) {
+            sink.exe_ButtonChange(button.id, 2, 0, true, button.shown, button.enabled);
+        });
     });
     return true;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "host/HostConnection.h"
-#include "platform/tectaro/TectaroJournal.h"
 #include "platform/tectaro/TectaroOptions.h"
 #include "platform/tectaro/TectaroProject.h"
 
@@ -75,7 +75,6 @@ public:
     // A new connection object for the macro (what creating the host's component gives).
     std::unique_ptr<HostConnection> createConnection();
     HostConnectionFactory connectionFactory();
-    TectaroJournal& journal() { return m_journal; }
 
     // ---- project actions of the user or a script; the events follow on the queue ----
     void newProject();
@@ -147,15 +146,13 @@ private:
     void schedule();
     void runStep();
     // Delivers an event to the connected macro's sink, when there is one.
-    void deliver(const char* name, int member, nlohmann::json args,
-                 const std::function<void(HostEvents&)>& call);
+    void deliver(const std::function<void(HostEvents&)>& call);
     void postProjectClosed();
     void installProject(TectaroProject project);
 
     TectaroOptions m_options;
     std::string m_programFolder;
     bool m_seeded = false;
-    TectaroJournal m_journal;
 
     std::optional<TectaroProject> m_project;
     std::optional<MacroButton> m_button;

@@ -13,10 +13,6 @@ TectaroHost& TectaroHostRef::host() const {
     return *m_host;
 }
 
-TectaroJournal& TectaroHostRef::journal() const {
-    return host().journal();
-}
-
 TectaroHost* TectaroHostRef::get() const {
     return m_host.data();
 }

@@ -5,16 +5,14 @@
 namespace pluvarine {
 
 class TectaroHost;
-class TectaroJournal;
 
 // What every object the host hands to the macro keeps of the host: a guarded pointer, so a
 // call after the host has gone fails as a host error instead of touching freed memory.
 class TectaroHostRef {
 public:
     explicit TectaroHostRef(TectaroHost* host);
-    // Throw RuntimeError (HostError) when the host has gone.
+    // Throws RuntimeError (HostError) when the host has gone.
     TectaroHost& host() const;
-    TectaroJournal& journal() const;
     // The host, or nullptr when it has gone.
     TectaroHost* get() const;
 

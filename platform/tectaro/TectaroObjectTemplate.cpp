@@ -1,7 +1,6 @@
 #include "platform/tectaro/TectaroObjectTemplate.h"
 
 #include "platform/tectaro/TectaroElement.h"
-#include "platform/tectaro/TectaroJournal.h"
 
 namespace pluvarine {
 
@@ -9,18 +8,11 @@ TectaroObjectTemplate::TectaroObjectTemplate(TectaroHost* host, ObjectFile objec
                                              std::string sourcePath)
     : m_host(host), m_object(std::move(object)), m_sourcePath(std::move(sourcePath)) {}
 
-std::shared_ptr<HostElement> TectaroObjectTemplate::CreateElement(void* parent,
-                                                                  std::int32_t flags) {
-    return m_host.journal().call(
-        "ObjectTemplate", "CreateElement",
-        nlohmann::json::array({parent ? nlohmann::json("object") : nlohmann::json(nullptr), flags}),
-        [&]() {
-            auto element = std::make_shared<PlacedElement>();
-            element->object = m_object;
-            element->sourcePath = m_sourcePath;
-            return std::shared_ptr<HostElement>(
-                std::make_shared<TectaroElement>(&m_host.host(), element));
-        });
+std::shared_ptr<HostElement> TectaroObjectTemplate::CreateElement(void*, std::int32_t) {
+    auto element = std::make_shared<PlacedElement>();
+    element->object = m_object;
+    element->sourcePath = m_sourcePath;
+    return std::make_shared<TectaroElement>(&m_host.host(), element);
 }
 
 } // namespace pluvarine

@@ -1,6 +1,6 @@
 #include "platform/tectaro/TectaroRoofData.h"
 
-#include "platform/tectaro/TectaroJournal.h"
+#include "base/RuntimeError.h"
 
 namespace pluvarine {
 
@@ -9,6 +9,7 @@ TectaroRoofData::TectaroRoofData(TectaroHost* host, std::shared_ptr<const Buildi
     : m_host(host), m_building(std::move(building)), m_roof(roof) {}
 
 const Roof& TectaroRoofData::roof() const {
+    m_host.host(); // the data of a host that has gone answer nothing
     return m_building->roofs.at(static_cast<std::size_t>(m_roof));
 }
 
@@ -22,32 +23,25 @@ const RoofFace& TectaroRoofData::face(std::int32_t number) const {
 }
 
 double TectaroRoofData::GetRoofingThickness() {
-    return m_host.journal().call("RoofData", "GetRoofingThickness", nlohmann::json::array(),
-                                 [&]() { return roof().roofingThickness; });
+    return roof().roofingThickness;
 }
 
 double TectaroRoofData::GetGutterWidth() {
-    return m_host.journal().call("RoofData", "GetGutterWidth", nlohmann::json::array(),
-                                 [&]() { return roof().gutterWidth; });
+    return roof().gutterWidth;
 }
 
 double TectaroRoofData::GetFaceOverhang(std::int32_t number, bool& ignored) {
-    return m_host.journal().call("RoofData", "GetFaceOverhang", nlohmann::json::array({number}),
-                                 [&]() {
-                                     const double overhang = face(number).overhang;
-                                     ignored = true;
-                                     return overhang;
-                                 });
+    const double overhang = face(number).overhang;
+    ignored = true;
+    return overhang;
 }
 
 double TectaroRoofData::GetFacePitch(std::int32_t number) {
-    return m_host.journal().call("RoofData", "GetFacePitch", nlohmann::json::array({number}),
-                                 [&]() { return face(number).pitch; });
+    return face(number).pitch;
 }
 
 double TectaroRoofData::GetFaceDirection(std::int32_t number) {
-    return m_host.journal().call("RoofData", "GetFaceDirection", nlohmann::json::array({number}),
-                                 [&]() { return face(number).direction; });
+    return face(number).direction;
 }
 
 } // namespace pluvarine

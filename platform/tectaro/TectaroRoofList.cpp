@@ -1,6 +1,5 @@
 #include "platform/tectaro/TectaroRoofList.h"
 
-#include "platform/tectaro/TectaroJournal.h"
 #include "platform/tectaro/TectaroRoof.h"
 
 namespace pluvarine {
@@ -8,21 +7,16 @@ namespace pluvarine {
 TectaroRoofList::TectaroRoofList(TectaroHost* host, std::shared_ptr<const Building> building)
     : m_host(host), m_building(std::move(building)) {}
 
-std::shared_ptr<HostRoof> TectaroRoofList::FindRoofAt(bool flag, float x, float y,
-                                                      std::int32_t& ignored,
+std::shared_ptr<HostRoof> TectaroRoofList::FindRoofAt(bool, float x, float y, std::int32_t& ignored,
                                                       std::array<float, 6>& /*six*/,
                                                       bool& ignoredFlag) {
-    return m_host.journal().call("RoofList", "FindRoofAt", nlohmann::json::array({flag, x, y}),
-                                 [&]() -> std::shared_ptr<HostRoof> {
-                                     const int roof = m_building->roofAt(QPointF(x, y));
-                                     ignored = roof;
-                                     ignoredFlag = roof >= 0;
-                                     if (roof < 0) {
-                                         return nullptr;
-                                     }
-                                     return std::make_shared<TectaroRoof>(&m_host.host(),
-                                                                          m_building, roof);
-                                 });
+    const int roof = m_building->roofAt(QPointF(x, y));
+    ignored = roof;
+    ignoredFlag = roof >= 0;
+    if (roof < 0) {
+        return nullptr;
+    }
+    return std::make_shared<TectaroRoof>(&m_host.host(), m_building, roof);
 }
 
 } // namespace pluvarine

@@ -273,33 +273,3 @@ TEST_F(EventsFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
     connection->SetMacroButtonState(id, 1, 0, false, true);
     EXPECT_FALSE(host->pressMacroButton());
 }
-
-TEST_F(EventsFixture, TheJournalRecordsCallsAndEventsInOrder) {
-    std::vector<nlohmann::json> entries;
-    host->journal().setSink([&](const nlohmann::json& entry) { entries.push_back(entry); });
-    events.reaction = [&](const std::string& event) {
-        if (event == "SaveStart") {
-            connection->GetProgramFolder();
-        }
-    };
-    connection->GetLevelAt(1.5f, 2);
-    host->saveProject(path("p.tproj"));
-    run();
-    ASSERT_GE(entries.size(), 5u);
-    EXPECT_EQ(entries[0]["op"], "GetLevelAt");
-    EXPECT_EQ(entries[0]["args"], nlohmann::json::array({1.5, 2.0}));
-    EXPECT_EQ(entries[0]["result"], 0.0);
-    EXPECT_EQ(entries[1]["event"], "exe_SaveStart");
-    EXPECT_EQ(entries[1]["member"], 14);
-    EXPECT_EQ(entries[2]["op"], "GetProgramFolder");
-    EXPECT_EQ(entries[3]["kind"], "return");
-    EXPECT_EQ(entries[3]["result"]["numChunksToSave"], 1);
-    EXPECT_EQ(entries[4]["event"], "exe_SaveBuilding");
-    host->closeProject();
-    run();
-    try {
-        connection->GetActiveBuilding();
-    } catch (const RuntimeError&) {
-    }
-    EXPECT_EQ(entries.back()["error"]["number"], RuntimeError::HostError);
-}
