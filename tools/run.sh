@@ -1,8 +1,48 @@
 #!/usr/bin/env bash
-# Starts the program. Until the windows exist it composes the default design headlessly.
+# Starts the program: the stand-in host with the sample house, and the downpipe macro beside it.
+# Without a display it runs a short scripted demo under Xvfb (pick a wall, design, insert, save)
+# and prints where the screenshots and the saved project are.
 set -euo pipefail
 build="$1"
-if [ -x "$build/app/pluvarine" ]; then
-  exec "$build/app/pluvarine"
+root="$(cd "$(dirname "$0")/.." && pwd)"
+program="$build/app/pluvarine"
+args=(--building "$root/data/sample/house.json" --help-folder "$root/data/help")
+
+if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; then
+  exec "$program" "${args[@]}"
 fi
-exec "$build/app/pluvarine-cli" compose
+
+demo="$(cd "$build" && pwd)/demo"
+rm -rf "$demo"
+mkdir -p "$demo"
+cat > "$demo/script.json" <<JSON
+{"steps": [
+  {"do": "macroButton"},
+  {"do": "click", "x": 5.0, "y": 8.1},
+  {"do": "screenshot", "window": "frmMain", "file": "$demo/1-north-bends.png"},
+  {"do": "type", "name": "txtdR", "clear": true, "keys": "1200"},
+  {"do": "button", "name": "Command1"},
+  {"do": "material", "index": 1},
+  {"do": "screenshot", "window": "frmMain", "file": "$demo/2-copper-clamps-1200.png"},
+  {"do": "button", "name": "Command4"},
+  {"do": "macroButton"},
+  {"do": "click", "x": -0.1, "y": 4.0},
+  {"do": "button", "name": "O72"},
+  {"do": "screenshot", "window": "frmMain", "file": "$demo/3-west-72.png"},
+  {"do": "button", "name": "Command4"},
+  {"do": "macroButton"},
+  {"do": "click", "x": 5.0, "y": -0.1},
+  {"do": "button", "name": "Command4"},
+  {"do": "saveProject", "path": "$demo/house.tproj"},
+  {"do": "screenshot", "file": "$demo/4-host-three-downpipes.png"},
+  {"do": "exit"}
+]}
+JSON
+xvfb-run -a -s "-screen 0 1600x1200x24" env QT_QPA_PLATFORM=xcb "$program" "${args[@]}" \
+  --program-folder "$demo/programfolder" --script "$demo/script.json" \
+  --journal "$demo/journal.jsonl"
+echo "No display: ran the scripted demo under Xvfb."
+echo "Screenshots:    $demo/*.png"
+ls -1 "$demo"/*.png | sed 's/^/  /'
+echo "Saved project:  $demo/house.tproj"
+echo "Host journal:   $demo/journal.jsonl"

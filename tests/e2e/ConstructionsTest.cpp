@@ -43,7 +43,7 @@ void expectOnWall(const Json& element, const Side& side) {
     EXPECT_NEAR(along, picked, 0.01) << side.name;
 }
 
-class ConstructionsTest : public ::testing::Test {
+class E2eConstructionsTest : public ::testing::Test {
 protected:
     void pick(const Side& side) {
         session.add({{"do", "macroButton"}});
@@ -54,7 +54,7 @@ protected:
     ScriptedSession session;
 };
 
-TEST_F(ConstructionsTest, EachSideGetsItsConstructionAndItsDownpipe) {
+TEST_F(E2eConstructionsTest, EachSideGetsItsConstructionAndItsDownpipe) {
     PLUVARINE_NEEDS_DISPLAY();
     // South: no overhang, a continuous pipe. The main window's pick button starts here.
     session.add({{"do", "button"}, {"name", "Command5"}});
@@ -117,7 +117,7 @@ TEST_F(ConstructionsTest, EachSideGetsItsConstructionAndItsDownpipe) {
     EXPECT_TRUE(std::filesystem::file_size(session.path("west.png")) > 0);
 }
 
-TEST_F(ConstructionsTest, TheQuestionAnsweredContinuousGivesAStraightPipe) {
+TEST_F(E2eConstructionsTest, TheQuestionAnsweredContinuousGivesAStraightPipe) {
     PLUVARINE_NEEDS_DISPLAY();
     pick(kEast);
     session.add({{"do", "answer"}, {"choice", "continuous"}});
@@ -134,7 +134,7 @@ TEST_F(ConstructionsTest, TheQuestionAnsweredContinuousGivesAStraightPipe) {
     expectOnWall(elements[0], kEast);
 }
 
-TEST_F(ConstructionsTest, AClickInsideTheHouseIsRejectedAndNothingIsBuiltThere) {
+TEST_F(E2eConstructionsTest, AClickInsideTheHouseIsRejectedAndNothingIsBuiltThere) {
     PLUVARINE_NEEDS_DISPLAY();
     session.add({{"do", "button"}, {"name", "Command5"}});
     session.add({{"do", "click"}, {"x", 5}, {"y", 4}});
