@@ -10,6 +10,15 @@ Json six(const std::array<float, 6>& values) {
     return values;
 }
 
+// The object wrapped in its journaling decorator; nothing stays nothing.
+template <typename Decorator, typename Object>
+std::shared_ptr<Object> wrap(std::shared_ptr<Object> object, HostJournal& journal) {
+    if (!object) {
+        return nullptr;
+    }
+    return std::make_shared<Decorator>(std::move(object), journal);
+}
+
 class JournalingElement : public HostElement {
 public:
     JournalingElement(std::shared_ptr<HostElement> inner, HostJournal& journal)
@@ -41,14 +50,9 @@ public:
 
     std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
         return m_journal.call("template", "CreateElement",
-                              Json::array({parent ? Json("object") : Json(nullptr), flags}),
-                              [&]() -> std::shared_ptr<HostElement> {
-                                  auto element = m_inner->CreateElement(parent, flags);
-                                  if (!element) {
-                                      return nullptr;
-                                  }
-                                  return std::make_shared<JournalingElement>(std::move(element),
-                                                                             m_journal);
+                              Json::array({parent ? Json("object") : Json(nullptr), flags}), [&] {
+                                  return wrap<JournalingElement>(
+                                      m_inner->CreateElement(parent, flags), m_journal);
                               });
     }
 
@@ -94,14 +98,9 @@ public:
         : m_inner(std::move(inner)), m_journal(journal) {}
 
     std::shared_ptr<HostRoofData> GetRoofData() override {
-        return m_journal.call(
-            "roof", "GetRoofData", Json::array(), [&]() -> std::shared_ptr<HostRoofData> {
-                auto data = m_inner->GetRoofData();
-                if (!data) {
-                    return nullptr;
-                }
-                return std::make_shared<JournalingRoofData>(std::move(data), m_journal);
-            });
+        return m_journal.call("roof", "GetRoofData", Json::array(), [&] {
+            return wrap<JournalingRoofData>(m_inner->GetRoofData(), m_journal);
+        });
     }
     std::int32_t FindRoofFaceAt(bool flag, float x, float y, float& height,
                                 std::array<float, 6>& values, bool& ignored) override {
@@ -127,14 +126,10 @@ public:
     std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t& ignored,
                                          std::array<float, 6>& values, bool& ignoredFlag) override {
         const Json arguments = Json::array({flag, x, y, six(values)});
-        return m_journal.call(
-            "roofList", "FindRoofAt", arguments, [&]() -> std::shared_ptr<HostRoof> {
-                auto roof = m_inner->FindRoofAt(flag, x, y, ignored, values, ignoredFlag);
-                if (!roof) {
-                    return nullptr;
-                }
-                return std::make_shared<JournalingRoof>(std::move(roof), m_journal);
-            });
+        return m_journal.call("roofList", "FindRoofAt", arguments, [&] {
+            return wrap<JournalingRoof>(
+                m_inner->FindRoofAt(flag, x, y, ignored, values, ignoredFlag), m_journal);
+        });
     }
 
 private:
@@ -148,14 +143,9 @@ public:
         : m_inner(std::move(inner)), m_journal(journal) {}
 
     std::shared_ptr<HostRoofList> GetRoofList() override {
-        return m_journal.call(
-            "building", "GetRoofList", Json::array(), [&]() -> std::shared_ptr<HostRoofList> {
-                auto roofs = m_inner->GetRoofList();
-                if (!roofs) {
-                    return nullptr;
-                }
-                return std::make_shared<JournalingRoofList>(std::move(roofs), m_journal);
-            });
+        return m_journal.call("building", "GetRoofList", Json::array(), [&] {
+            return wrap<JournalingRoofList>(m_inner->GetRoofList(), m_journal);
+        });
     }
 
 private:
@@ -167,18 +157,12 @@ private:
 
 std::shared_ptr<HostBuilding> journaled(std::shared_ptr<HostBuilding> building,
                                         HostJournal& journal) {
-    if (!building) {
-        return nullptr;
-    }
-    return std::make_shared<JournalingBuilding>(std::move(building), journal);
+    return wrap<JournalingBuilding>(std::move(building), journal);
 }
 
 std::shared_ptr<HostObjectTemplate> journaled(std::shared_ptr<HostObjectTemplate> objectTemplate,
                                               HostJournal& journal) {
-    if (!objectTemplate) {
-        return nullptr;
-    }
-    return std::make_shared<JournalingObjectTemplate>(std::move(objectTemplate), journal);
+    return wrap<JournalingObjectTemplate>(std::move(objectTemplate), journal);
 }
 
 } // namespace pluvarine
