@@ -1,52 +1,131 @@
 #pragma once
 
 #include "data/generator/Opening.h"
-#include "data/generator/Vec3.h"
 
-#include <cstdint>
-#include <string>
+#include <cmath>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <numbers>
+#include <stdexcept>
 #include <tiny_gltf.h>
 #include <vector>
 
 namespace pluvarine {
 
-// A part file of the working folder as a test sees it: read with tinygltf, its one triangle
-// mesh in metres, its own extras and its declared openings (metres).
-class GlbPart {
-public:
-    explicit GlbPart(const std::string& path);
+// A part file of the working folder as a test sees it: its one triangle mesh in metres, its
+// bounds and the openings its root node declares.
+struct GlbPart {
+    tinygltf::Model model;
+    std::vector<Vec3> positions, normals;
+    std::vector<std::uint32_t> indices;
+    std::vector<Opening> openings;
+    Vec3 lo, hi;
 
-    static std::string resPath(const std::string& stem);
-    // The part file of that stem in the working folder's res/, read once per test program.
-    static const GlbPart& catalogued(const std::string& stem);
+    static std::string resPath(const std::string& stem) {
+        return std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem + ".v3o";
+    }
 
-    const tinygltf::Model& model() const { return m_model; }
-    const std::vector<Vec3>& positions() const { return m_positions; }
-    const std::vector<Vec3>& normals() const { return m_normals; }
-    const std::vector<std::uint32_t>& indices() const { return m_indices; }
-    std::size_t triangleCount() const { return m_indices.size() / 3; }
+    // Read once per test program.
+    static const GlbPart& catalogued(const std::string& stem) {
+        static std::map<std::string, std::unique_ptr<GlbPart>> cache;
+        auto& slot = cache[stem];
+        if (!slot) {
+            slot = std::make_unique<GlbPart>(resPath(stem));
+        }
+        return *slot;
+    }
 
-    Vec3 lowest() const;  // componentwise minimum of the positions
-    Vec3 highest() const; // componentwise maximum
+    // The "pluvarine" object of some extras (null if absent).
+    static const tinygltf::Value& own(const tinygltf::Value& extras) {
+        static const tinygltf::Value none;
+        return extras.IsObject() && extras.Has("pluvarine") ? extras.Get("pluvarine") : none;
+    }
 
-    const Opening& opening(const std::string& name) const;
-    const std::vector<Opening>& openings() const { return m_openings; }
+    // The tightly packed values of an accessor; throws on another layout or outside the buffer.
+    template <typename T> std::vector<T> raw(int index) const {
+        const auto& a = model.accessors.at(index);
+        const auto& view = model.bufferViews.at(a.bufferView);
+        const auto& data = model.buffers.at(view.buffer).data;
+        const std::size_t n = a.count * tinygltf::GetNumComponentsInType(a.type);
+        const std::size_t start = view.byteOffset + a.byteOffset;
+        if (tinygltf::GetComponentSizeInBytes(a.componentType) != sizeof(T) ||
+            a.ByteStride(view) != int(n / a.count * sizeof(T)) ||
+            start + n * sizeof(T) > data.size()) {
+            throw std::runtime_error("unexpected accessor layout");
+        }
+        std::vector<T> out(n);
+        std::memcpy(out.data(), data.data() + start, n * sizeof(T));
+        return out;
+    }
 
-    // The "pluvarine" object of the asset's or the root node's extras (null Value if absent).
-    const tinygltf::Value& assetExtras() const;
-    const tinygltf::Value& nodeExtras() const;
+    std::vector<Vec3> vectors(int index) const {
+        const auto n = raw<float>(index);
+        std::vector<Vec3> out;
+        for (std::size_t i = 0; i + 2 < n.size(); i += 3) {
+            out.push_back({n[i], n[i + 1], n[i + 2]});
+        }
+        return out;
+    }
 
-    // Winding number of the closed surface about p: 1 inside one solid, 0 outside.
-    double windingNumber(const Vec3& p) const;
+    explicit GlbPart(const std::string& path) {
+        tinygltf::TinyGLTF loader;
+        std::string error, warning;
+        if (!loader.LoadBinaryFromFile(&model, &error, &warning, path)) {
+            throw std::runtime_error("cannot load " + path + ": " + error);
+        }
+        if (model.meshes.empty()) {
+            return; // the base scene
+        }
+        const auto& primitive = model.meshes.at(0).primitives.at(0);
+        positions = vectors(primitive.attributes.at("POSITION"));
+        normals = vectors(primitive.attributes.at("NORMAL"));
+        if (model.accessors.at(primitive.indices).componentType ==
+            TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT) {
+            const auto shorts = raw<std::uint16_t>(primitive.indices);
+            indices.assign(shorts.begin(), shorts.end());
+        } else {
+            indices = raw<std::uint32_t>(primitive.indices);
+        }
+        lo = hi = positions.at(0);
+        for (const Vec3& p : positions) {
+            lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
+            hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
+        }
+        const auto& list = own(model.nodes.at(0).extras);
+        const auto vec = [](const tinygltf::Value& v) {
+            return Vec3{v.Get(0).GetNumberAsDouble(), v.Get(1).GetNumberAsDouble(),
+                        v.Get(2).GetNumberAsDouble()};
+        };
+        for (int i = 0; list.Has("openings") && i < int(list.Get("openings").ArrayLen()); ++i) {
+            const auto& o = list.Get("openings").Get(i);
+            openings.push_back({o.Get("name").Get<std::string>(), vec(o.Get("centre")),
+                                vec(o.Get("direction")), o.Get("radius").GetNumberAsDouble()});
+        }
+    }
 
-private:
-    Vec3 extreme(double sign) const;
+    const Opening& opening(const std::string& name) const {
+        for (const Opening& o : openings) {
+            if (o.name == name) {
+                return o;
+            }
+        }
+        throw std::runtime_error("no opening " + name);
+    }
 
-    tinygltf::Model m_model;
-    std::vector<Vec3> m_positions;
-    std::vector<Vec3> m_normals;
-    std::vector<std::uint32_t> m_indices;
-    std::vector<Opening> m_openings;
+    // Winding number of the closed surface about p (1 inside one solid, 0 outside): the sum of
+    // the triangles' signed solid angles (Van Oosterom and Strackee).
+    double windingNumber(const Vec3& p) const {
+        double total = 0;
+        for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
+            const Vec3 a = positions[indices[i]] - p, b = positions[indices[i + 1]] - p,
+                       c = positions[indices[i + 2]] - p;
+            const double la = a.length(), lb = b.length(), lc = c.length();
+            total += 2 * std::atan2(a.dot(b.cross(c)),
+                                    la * lb * lc + a.dot(b) * lc + a.dot(c) * lb + b.dot(c) * la);
+        }
+        return total / (4 * std::numbers::pi);
+    }
 };
 
 } // namespace pluvarine
