@@ -1,156 +1,188 @@
-#include "store/ArchiveFormat.h"
-
 #include "StoreTestSupport.h"
-#include "store/ProjectArchive.h"
 #include "ui/text/LoadText.h"
 
-#include <gtest/gtest.h>
+#include <random>
 #include <sys/stat.h>
 
-namespace pluvarine {
+namespace pluvarine::testing {
 namespace {
 
-using namespace testing; // the store test fakes and file helpers
+std::string randomBytes(std::size_t size, unsigned seed) {
+    std::mt19937 generator(seed);
+    std::string bytes(size, '\0');
+    for (char& c : bytes)
+        c = static_cast<char>(generator());
+    return bytes;
+}
 
-class ArchiveFormat : public ::testing::Test {
-protected:
-    PackResult pack(const std::string& pattern = "*.*") {
-        return PackFolder(m_tree.objFolder(), m_tree.archive(), pattern, m_progress,
-                          [this] { ++m_pumps; });
-    }
-    std::int32_t unpack(const std::filesystem::path& into) {
-        return UnpackFolder(
-            m_tree.archive(), into.string(), m_progress, [this] { ++m_pumps; }, m_messages);
-    }
-
-    ArchiveTree m_tree;
-    RecordingProgress m_progress;
-    RecordingMessages m_messages;
-    int m_pumps = 0;
-};
+using ArchiveFormat = ArchiveTest;
+using ArchiveRoundTrip = ArchiveTest;
 
 TEST_F(ArchiveFormat, EmptyFolderIsFourZeroBytes) {
-    const PackResult result = pack();
-    EXPECT_EQ(result.count, 0);
-    EXPECT_EQ(readFile(m_tree.archive()), std::string(4, '\0'));
-    EXPECT_TRUE(m_progress.shown.empty());
-    EXPECT_EQ(m_progress.ended, 1);
-
-    const std::filesystem::path restored = m_tree.root() / "restored";
-    std::filesystem::create_directory(restored);
-    EXPECT_EQ(unpack(restored), 0);
-    EXPECT_TRUE(std::filesystem::is_empty(restored));
-    EXPECT_TRUE(m_messages.messages.empty());
+    EXPECT_EQ(pack().count, 0);
+    EXPECT_EQ(readFile(archive()), std::string(4, '\0'));
+    EXPECT_TRUE(progress.percentages.empty());
+    EXPECT_EQ(progress.ended, 1);
+    EXPECT_EQ(unpack(), 0);
+    EXPECT_TRUE(fs::is_empty(obj()));
+    EXPECT_TRUE(messages.messages.empty());
 }
 
 TEST_F(ArchiveFormat, DataIniAndAnEmptyFileByteForByte) {
     const std::string ini = "[SEKTION]\r\nEINTRAG=1"; // 20 bytes
-    ASSERT_EQ(ini.size(), 20u);
-    writeFile(m_tree.obj() / "Data.ini", ini);
-    writeFile(m_tree.obj() / "empty.tob", "");
+    writeFile(obj() / "Data.ini", ini);
+    writeFile(obj() / "empty.tob", "");
     const PackResult result = pack();
     EXPECT_EQ(result.count, 2);
     EXPECT_TRUE(result.problems.empty());
-    const std::string archive = readFile(m_tree.archive());
-    EXPECT_EQ(archive.size(), 4u + (2 + 8 + 4 + 20) + (2 + 9 + 4 + 0));
-    EXPECT_EQ(archive, le32(2) + record("Data.ini", ini) + record("empty.tob", ""));
+    const std::string bytes = readFile(archive());
+    EXPECT_EQ(bytes.size(), 4u + (2 + 8 + 4 + 20) + (2 + 9 + 4 + 0));
+    EXPECT_EQ(bytes, le32(2) + record("Data.ini", ini) + record("empty.tob", ""));
+    const std::vector<ArchiveEntry> index = readArchiveIndexOfFile(archive());
+    ASSERT_EQ(index.size(), 2u);
+    EXPECT_EQ(index[0].dataOffset, 4 + 2 + 8 + 4);
+    EXPECT_EQ(index[0].dataLength, 20);
+    fs::remove(obj() / "empty.tob");
+    EXPECT_EQ(unpack(), 2);
+    EXPECT_EQ(fs::file_size(obj() / "empty.tob"), 0u); // the 0-byte file comes back
 }
 
 TEST_F(ArchiveFormat, NamesInWindows1252AndTheSignPositionBlank) {
     const std::string binary("\x00\xFF\x80", 3);
-    writeFile(m_tree.obj() / " 7.tob", "seven");
-    writeFile(m_tree.obj() / "Größe", binary);
+    writeFile(obj() / " 7.tob", "seven");
+    writeFile(obj() / "Größe", binary);
     EXPECT_EQ(pack().count, 2);
-    EXPECT_EQ(readFile(m_tree.archive()), le32(2) + record(" 7.tob", "seven") +
-                                              record("Gr\xF6\xDF"
-                                                     "e",
-                                                     binary));
+    EXPECT_EQ(readFile(archive()),
+              le32(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF\x65", binary));
 }
 
 TEST_F(ArchiveFormat, OnlyOrdinaryFilesOfTheFolderItself) {
-    writeFile(m_tree.obj() / "a.tob", "A");
-    std::filesystem::create_directory(m_tree.obj() / "sub");
-    writeFile(m_tree.obj() / "sub" / "inner.tob", "inner");
-    writeFile(m_tree.obj() / ".hidden", "h");
-    std::filesystem::create_symlink(m_tree.obj() / "a.tob", m_tree.obj() / "link.tob");
-    ::mkfifo((m_tree.obj() / "pipe").c_str(), 0600);
+    writeFile(obj() / "a.tob", "A");
+    fs::create_directory(obj() / "sub");
+    writeFile(obj() / "sub" / "inner.tob", "inner");
+    writeFile(obj() / ".hidden", "h");
+    fs::create_symlink(obj() / "a.tob", obj() / "link.tob");
+    ::mkfifo((obj() / "pipe").c_str(), 0600);
     EXPECT_EQ(pack().count, 1);
-    EXPECT_EQ(readFile(m_tree.archive()), le32(1) + record("a.tob", "A"));
-
-    // Unpacking leaves the sub-folder and the other files alone.
-    writeFile(m_tree.obj() / "a.tob", "changed");
-    EXPECT_EQ(unpack(m_tree.obj()), 1);
-    EXPECT_EQ(readFile(m_tree.obj() / "a.tob"), "A");
-    EXPECT_EQ(readFile(m_tree.obj() / "sub" / "inner.tob"), "inner");
-    EXPECT_EQ(readFile(m_tree.obj() / ".hidden"), "h");
+    EXPECT_EQ(readFile(archive()), le32(1) + record("a.tob", "A"));
+    // Unpacking replaces the file of the same name and leaves the rest alone.
+    writeFile(obj() / "a.tob", "changed");
+    EXPECT_EQ(unpack(), 1);
+    EXPECT_EQ(readFile(obj() / "a.tob"), "A");
+    EXPECT_EQ(readFile(obj() / "sub" / "inner.tob"), "inner");
+    EXPECT_EQ(readFile(obj() / ".hidden"), "h");
 }
 
 TEST_F(ArchiveFormat, PatternUsesWindowsWildcards) {
-    writeFile(m_tree.obj() / "a.tob", "1");
-    writeFile(m_tree.obj() / "B.TOB", "2");
-    writeFile(m_tree.obj() / "Data.ini", "3");
-    writeFile(m_tree.obj() / "README", "4");
-    EXPECT_EQ(pack("*.tob").count, 2);
-    EXPECT_EQ(pack("?ata.*").count, 1);
-    EXPECT_EQ(pack("*.*").count, 4);
-    EXPECT_EQ(pack("*").count, 4);
-}
-
-TEST_F(ArchiveFormat, ZeroByteFileIsRestoredEmpty) {
-    writeFile(m_tree.obj() / "zero", "");
-    pack();
-    std::filesystem::remove(m_tree.obj() / "zero");
-    EXPECT_EQ(unpack(m_tree.obj()), 1);
-    EXPECT_TRUE(std::filesystem::exists(m_tree.obj() / "zero"));
-    EXPECT_EQ(std::filesystem::file_size(m_tree.obj() / "zero"), 0u);
+    for (const char* name : {"a.tob", "B.TOB", "Data.ini", "README"})
+        writeFile(obj() / name, name);
+    EXPECT_EQ(pack({}, "*.tob").count, 2);
+    EXPECT_EQ(pack({}, "?ata.*").count, 1);
+    EXPECT_EQ(pack({}, "*.*").count, 4);
+    EXPECT_EQ(pack({}, "*").count, 4);
 }
 
 TEST_F(ArchiveFormat, ProgressForEightFilesRoundsHalfToEven) {
-    for (int i = 1; i <= 8; ++i) {
-        writeFile(m_tree.obj() / ("f" + std::to_string(i)), std::string(i, 'x'));
+    for (int i = 1; i <= 8; ++i)
+        writeFile(obj() / ("f" + std::to_string(i)), std::string(i, 'x'));
+    for (const int text : {4000, 4001}) {
+        progress = {};
+        int pumps = 0;
+        const EventPump pump = [&pumps] { ++pumps; };
+        EXPECT_EQ(text == 4000 ? pack(pump).count : unpack(pump), 8);
+        EXPECT_EQ(progress.percentages, (std::vector<int>{12, 25, 38, 50, 62, 75, 88, 100}));
+        EXPECT_EQ(progress.texts, std::vector<std::string>(8, LoadText(text)));
+        EXPECT_EQ(progress.ended, 1);
+        EXPECT_EQ(pumps, 8);
     }
-    pack();
-    const std::vector<int> expected = {12, 25, 38, 50, 62, 75, 88, 100};
-    EXPECT_EQ(m_progress.percentages(), expected);
-    for (const auto& [text, percentage] : m_progress.shown) {
-        EXPECT_EQ(text, LoadText(4000));
-    }
-    EXPECT_EQ(m_progress.ended, 1);
-    EXPECT_EQ(m_pumps, 8);
-
-    m_progress = {};
-    m_pumps = 0;
-    EXPECT_EQ(unpack(m_tree.obj()), 8);
-    EXPECT_EQ(m_progress.percentages(), expected);
-    for (const auto& [text, percentage] : m_progress.shown) {
-        EXPECT_EQ(text, LoadText(4001));
-    }
-    EXPECT_EQ(m_progress.ended, 1);
-    EXPECT_EQ(m_pumps, 8);
 }
 
 TEST_F(ArchiveFormat, MissingArchiveShowsTheFixedMessage) {
-    EXPECT_EQ(unpack(m_tree.obj()), 0);
-    ASSERT_EQ(m_messages.messages.size(), 1u);
-    EXPECT_EQ(m_messages.messages[0].first, "The archive does not exist!");
-    EXPECT_EQ(m_messages.messages[0].second, UserMessages::Icon::Critical);
-    EXPECT_TRUE(m_progress.shown.empty());
-    EXPECT_EQ(m_progress.ended, 0);
-    EXPECT_TRUE(std::filesystem::is_empty(m_tree.obj()));
+    EXPECT_EQ(unpack(), 0);
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_EQ(messages.messages[0].first, "The archive does not exist!");
+    EXPECT_EQ(messages.messages[0].second, UserMessages::Icon::Critical);
+    EXPECT_TRUE(progress.percentages.empty());
+    EXPECT_EQ(progress.ended, 0);
+    EXPECT_TRUE(fs::is_empty(obj()));
 }
 
-TEST_F(ArchiveFormat, IndexListsNamesAndSizes) {
-    writeFile(m_tree.obj() / "a", "12345");
-    writeFile(m_tree.obj() / "b", "");
+TEST_F(ArchiveRoundTrip, ReproducesEveryFileByteForByte) {
+    writeFile(obj() / "Data.ini", "[SEKTION]\r\nEINTRAG= 12\r\n");
+    writeFile(obj() / " 1.tob", randomBytes(70000, 1));
+    writeFile(obj() / " 12.tob", randomBytes((1 << 20) + 3, 2)); // past one copy chunk
+    writeFile(obj() / "empty", "");
+    writeFile(obj() / "Fassade Süd €.tob", "x");
+    const PackResult result = pack();
+    EXPECT_EQ(result.count, 5);
+    EXPECT_TRUE(result.problems.empty());
+    fs::create_directory(root() / "restored");
+    EXPECT_EQ(unpack({}, root() / "restored"), 5);
+    EXPECT_EQ(snapshot(root() / "restored"), snapshot(obj()));
+}
+
+TEST_F(ArchiveRoundTrip, NameOutsideTheCodePageIsLeftOutAndReported) {
+    for (const char* name : {"a", "Łódź.tob", "z"})
+        writeFile(obj() / name, name);
+    const PackResult result = pack();
+    EXPECT_EQ(result.count, 2);
+    ASSERT_EQ(result.problems.size(), 1u);
+    EXPECT_EQ(result.problems[0].name, "Łódź.tob");
+    EXPECT_NE(result.problems[0].reason.find("Windows-1252"), std::string::npos);
+    EXPECT_EQ(readFile(archive()), le32(2) + record("a", "a") + record("z", "z"));
+    EXPECT_EQ(progress.percentages, (std::vector<int>{33, 67, 100}));
+}
+
+TEST_F(ArchiveRoundTrip, FailedPackLeavesThePreviousArchive) {
+    writeFile(obj() / "a", randomBytes(4096, 4));
     pack();
-    const std::vector<ArchiveEntry> entries = readArchiveIndexOfFile(m_tree.archive());
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[0].name, "a");
-    EXPECT_EQ(entries[0].dataLength, 5);
-    EXPECT_EQ(entries[0].dataOffset, 4 + 2 + 1 + 4);
-    EXPECT_EQ(entries[1].name, "b");
-    EXPECT_EQ(entries[1].dataLength, 0);
+    {
+        const FileSizeLimit limit(1024); // the disk fills up in the middle of the file
+        EXPECT_TRUE(failureChangingNothing([this] { pack(); }));
+    }
+    const std::string missing = (root() / "missing/").string();
+    EXPECT_TRUE(
+        failureChangingNothing([&] { PackFolder(missing, archive(), "*.*", progress, {}); }));
+    const std::string nowhere = (root() / "nowhere" / "a.dat").string();
+    EXPECT_TRUE(failureChangingNothing(
+        [&] { PackFolder(obj().string() + "/", nowhere, "*.*", progress, {}); }));
+}
+
+TEST_F(ArchiveRoundTrip, FailedUnpackLeavesTheFolderAsItWas) {
+    writeFile(obj() / "small", "s");
+    writeFile(obj() / "large", randomBytes(8192, 5));
+    pack();
+    writeFile(obj() / "small", "kept");
+    fs::remove(obj() / "large");
+    {
+        const FileSizeLimit limit(4096);
+        EXPECT_TRUE(failureChangingNothing([this] { unpack(); }));
+    }
+    EXPECT_TRUE(failureChangingNothing([this] { unpack({}, root() / "missing"); }));
+    fs::create_directory(obj() / "large"); // a sub-folder of a record's name is not replaced
+    EXPECT_TRUE(failureChangingNothing([this] { unpack(); }));
+}
+
+TEST_F(ArchiveRoundTrip, ArchiveInsideThePackedFolderIsNotPackedIntoItself) {
+    writeFile(obj() / "a", "A");
+    const std::string self = (obj() / "self.dat").string();
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(PackFolder(obj().string() + "/", self, "*.*", progress, {}).count, 1);
+}
+
+TEST_F(ArchiveRoundTrip, FailingProgressDisplayDoesNotStopThePack) {
+    struct BrokenProgress : ProgressSink {
+        void ShowProgress(const std::string&, std::int32_t) override { EndProgress(); }
+        void EndProgress() override { throw RuntimeError(RuntimeError::HostError, "no display"); }
+    } broken;
+    display = &broken;
+    writeFile(obj() / "a", "A");
+    writeFile(obj() / "b", "B");
+    EXPECT_EQ(pack().count, 2);
+    fs::remove(obj() / "a");
+    EXPECT_EQ(unpack(), 2);
+    EXPECT_EQ(readFile(obj() / "a"), "A");
 }
 
 } // namespace
-} // namespace pluvarine
+} // namespace pluvarine::testing

@@ -1,39 +1,36 @@
 #pragma once
 
-// Fakes and file helpers shared by the store tests.
+// Fakes, file helpers and the archive fixture shared by the store tests.
 
+#include "base/RuntimeError.h"
 #include "platform/system/UserMessages.h"
-#include "store/ProgressSink.h"
+#include "store/ArchiveFormat.h"
+#include "store/ProjectArchive.h"
 
 #include <QTemporaryDir>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
 #include <map>
+#include <optional>
 #include <sstream>
-#include <string>
 #include <sys/resource.h>
-#include <utility>
-#include <vector>
 
 namespace pluvarine::testing {
+
+namespace fs = std::filesystem;
 
 class RecordingProgress : public ProgressSink {
 public:
     void ShowProgress(const std::string& text, std::int32_t percentage) override {
-        shown.emplace_back(text, percentage);
+        texts.push_back(text);
+        percentages.push_back(percentage);
     }
     void EndProgress() override { ++ended; }
-
-    std::vector<int> percentages() const {
-        std::vector<int> values;
-        for (const auto& entry : shown) {
-            values.push_back(entry.second);
-        }
-        return values;
-    }
-
-    std::vector<std::pair<std::string, int>> shown;
+    std::vector<std::string> texts;
+    std::vector<int> percentages;
     int ended = 0;
 };
 
@@ -45,51 +42,46 @@ public:
     std::vector<std::pair<std::string, Icon>> messages;
 };
 
-inline std::string readFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
+inline std::string readFile(const fs::path& path) {
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
-inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
+inline void writeFile(const fs::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// Little-endian integers and archive records, as the archive format lays them out.
-inline std::string le32(std::int64_t value) {
-    const auto bits = static_cast<std::uint32_t>(value);
-    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF),
-            static_cast<char>((bits >> 16) & 0xFF), static_cast<char>((bits >> 24) & 0xFF)};
+// A little-endian integer of width bytes, as the archive lays them out.
+inline std::string le(std::int64_t value, int width) {
+    std::string bytes;
+    for (int i = 0; i < width; ++i)
+        bytes += static_cast<char>((static_cast<std::uint64_t>(value) >> (8 * i)) & 0xFF);
+    return bytes;
 }
 
-inline std::string le16(std::int64_t value) {
-    const auto bits = static_cast<std::uint16_t>(value);
-    return {static_cast<char>(bits & 0xFF), static_cast<char>((bits >> 8) & 0xFF)};
+inline std::string le32(std::int64_t value) {
+    return le(value, 4);
 }
 
 inline std::string record(const std::string& nameBytes, const std::string& data) {
-    return le16(static_cast<std::int64_t>(nameBytes.size())) + nameBytes +
-           le32(static_cast<std::int64_t>(data.size())) + data;
+    return le(nameBytes.size(), 2) + nameBytes + le32(data.size()) + data;
 }
 
-// Every file and folder below root (dot-files included) with the content of the files:
-// compared before and after an operation, it shows anything written, changed or lost.
-inline std::map<std::string, std::string> snapshot(const std::filesystem::path& root) {
+// Every file and folder below root with the content of the files: compared before and after an
+// operation, it shows anything written, changed or lost.
+inline std::map<std::string, std::string> snapshot(const fs::path& root) {
     std::map<std::string, std::string> entries;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
-        const std::string relative = std::filesystem::relative(entry.path(), root).string();
-        entries[relative] = entry.is_directory() ? std::string("<folder>") : readFile(entry);
-    }
+    for (const auto& entry : fs::recursive_directory_iterator(root))
+        entries[fs::relative(entry.path(), root).string()] =
+            entry.is_directory() ? std::string("<folder>") : readFile(entry);
     return entries;
 }
 
-// While it lives, no file of the process can grow beyond limit bytes: writes beyond fail as on
-// a full disk (EFBIG, with SIGXFSZ ignored).
+// While it lives, writes beyond limit bytes fail as on a full disk (EFBIG, SIGXFSZ ignored).
 class FileSizeLimit {
 public:
-    explicit FileSizeLimit(rlim_t limit) {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+    explicit FileSizeLimit(rlim_t limit) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
         ::getrlimit(RLIMIT_FSIZE, &m_previous);
         rlimit tight = m_previous;
         tight.rlim_cur = limit;
@@ -103,25 +95,50 @@ public:
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
 
 private:
+    void (*m_handler)(int);
     rlimit m_previous{};
-    void (*m_handler)(int) = nullptr;
 };
 
 // A temporary tree: root/obj (the folder packed and restored), root/destination (the archive).
 class ArchiveTree {
 public:
     ArchiveTree() {
-        std::filesystem::create_directory(obj());
-        std::filesystem::create_directory(destination());
+        fs::create_directory(root() / "destination");
+        fs::create_directory(obj());
     }
-    std::filesystem::path root() const { return m_dir.path().toStdString(); }
-    std::filesystem::path obj() const { return root() / "obj"; }
-    std::filesystem::path destination() const { return root() / "destination"; }
-    std::string objFolder() const { return obj().string() + "/"; }
-    std::string archive() const { return (destination() / "pluvarine.dat").string(); }
+    fs::path root() const { return m_dir.path().toStdString(); }
+    fs::path obj() const { return root() / "obj"; }
+    std::string archive() const { return (root() / "destination" / "pluvarine.dat").string(); }
+
+    PackResult pack(const EventPump& pump = {}, const std::string& pattern = "*.*") {
+        return PackFolder(obj().string() + "/", archive(), pattern, *display, pump);
+    }
+    std::int32_t unpack(const EventPump& pump = {}, const fs::path& into = {}) {
+        const std::string folder = (into.empty() ? obj() : into).string() + "/";
+        return UnpackFolder(archive(), folder, *display, pump, messages);
+    }
+
+    // Runs an operation that must fail with a run-time error and leave the tree as it was.
+    std::optional<RuntimeError> failureChangingNothing(const std::function<void()>& operation) {
+        const auto before = snapshot(root());
+        std::optional<RuntimeError> failure;
+        try {
+            operation();
+        } catch (const RuntimeError& error) {
+            failure = error;
+        }
+        EXPECT_EQ(snapshot(root()), before);
+        return failure;
+    }
+
+    RecordingProgress progress;
+    ProgressSink* display = &progress;
+    RecordingMessages messages;
 
 private:
     QTemporaryDir m_dir;
 };
+
+class ArchiveTest : public ::testing::Test, public ArchiveTree {};
 
 } // namespace pluvarine::testing

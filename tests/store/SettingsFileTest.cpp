@@ -1,0 +1,105 @@
+#include "StoreTestSupport.h"
+#include "store/ObjectCounter.h"
+#include "store/SettingsStore.h"
+
+namespace pluvarine::testing {
+namespace {
+
+class SettingsFile : public ::testing::Test {
+protected:
+    std::string file() const { return m_dir.path().toStdString() + "/Data.ini"; }
+    std::string withoutFolder() const { return m_dir.path().toStdString() + "/obj/Data.ini"; }
+    QTemporaryDir m_dir;
+};
+
+struct CounterCase {
+    const char* stored; // the value after "EINTRAG="; nullptr: no file
+    int atStartUp, afterLoad, atLoadComplete;
+};
+
+TEST_F(SettingsFile, CounterIsDerivedFromTheStoredNumber) {
+    const CounterCase table[] = {
+        {nullptr, 1, 0, 1},
+        {"", 1, 0, 1},
+        {" 7", 8, 7, 8},
+        {"12abc", 13, 12, 13},
+        {"abc", 1, 0, 1},
+        {" 2 45", 246, 245, 246},
+        {"&H10", 17, 16, 17},
+        {"-5", -4, -5, -4},
+        // Start-up rounds after adding 1, the load completion before: 3.5 -> 4, 2.5 -> 2 + 1.
+        {" 2.5", 4, 2, 3},
+        {" 1.5", 2, 2, 3},
+        {" 32766", 32767, 32766, 32767},
+        // Beyond the 16-bit range the counter saturates instead of failing.
+        {" 32767", 32767, 32767, 32767},
+        {" 32766.5", 32767, 32766, 32767},
+        {" 40000", 32767, 32767, 32767},
+        {"1e300", 32767, 32767, 32767},
+        {"-32768", -32767, -32768, -32767},
+        {"-32769", -32768, -32768, -32767},
+        {"-1e9", -32768, -32768, -32767}};
+    for (const CounterCase& c : table) {
+        SCOPED_TRACE(c.stored ? c.stored : "no file");
+        fs::remove(file());
+        if (c.stored)
+            writeFile(file(), std::string("[SEKTION]\r\nEINTRAG=") + c.stored + "\r\n");
+        EXPECT_EQ(counterAtStartUp(file()), c.atStartUp);
+        EXPECT_EQ(counterAfterLoad(file()), c.afterLoad);
+        EXPECT_EQ(counterAtLoadComplete(file()), c.atLoadComplete);
+    }
+}
+
+TEST(CounterFromNumber, RoundsHalfToEvenAndSaturates) {
+    const std::pair<double, int> table[] = {
+        {0.5, 0},         {1.5, 2},      {2.5, 2},           {-1.5, -2},          {32767.49, 32767},
+        {32767.5, 32767}, {1e12, 32767}, {-32768.5, -32768}, {-32768.51, -32768}, {-1e12, -32768}};
+    for (const auto& [number, counter] : table)
+        EXPECT_EQ(counterFromNumber(number), counter) << number;
+}
+
+TEST_F(SettingsFile, ExportStoresTheNumberUsedAndMovesOn) {
+    EXPECT_EQ(counterAfterExport(file(), 1), 2);
+    EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 1\r\n");
+    EXPECT_EQ(counterAtStartUp(file()), 2);
+    writeFile(file(), "[Sektion]\r\nEintrag= 3\r\n");
+    EXPECT_EQ(counterAfterExport(file(), 7), 8);
+    EXPECT_EQ(readFile(file()), "[Sektion]\r\nEintrag= 7\r\n");
+    EXPECT_EQ(counterAfterExport(file(), 32767), 32767);
+    EXPECT_EQ(counterAfterExport(file(), -3), -2);
+    EXPECT_EQ(readFile(file()), "[Sektion]\r\nEintrag=-3\r\n");
+    EXPECT_EQ(counterAfterExport(withoutFolder(), 9), 1); // reads 0 there
+}
+
+TEST_F(SettingsFile, WrittenInCapitalsReadInMixedCase) {
+    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "");
+    EXPECT_NE(WriteIni(file(), "SEKTION", "EINTRAG", " 7"), 0);
+    EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 7\r\n");
+    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "7"); // the sign blank trimmed
+    EXPECT_EQ(ReadIni(file(), "Sektion", "Other"), "");
+}
+
+TEST_F(SettingsFile, TextsCrossInWindows1252AndAreCutTo254Characters) {
+    EXPECT_NE(WriteIni(file(), "Maße", "Größe", "€ 5"), 0);
+    EXPECT_EQ(readFile(file()), "[Ma\xDF\x65]\r\nGr\xF6\xDF\x65=\x80 5\r\n");
+    EXPECT_EQ(ReadIni(file(), "MAßE", "GRößE"), "€ 5");
+    std::string umlauts;
+    for (int i = 0; i < 300; ++i)
+        umlauts += "ä";
+    EXPECT_NE(WriteIni(file(), "s", "k", umlauts), 0);
+    EXPECT_EQ(ReadIni(file(), "s", "k"), umlauts.substr(0, 254 * 2));
+}
+
+TEST_F(SettingsFile, RefusedOrFailedWritesChangeNothing) {
+    EXPECT_THROW(WriteIni(file(), "Sektion", "Eintrag", "Łódź"), RuntimeError);
+    EXPECT_THROW(ReadIni(file(), "Фасад", "Eintrag"), RuntimeError);
+    EXPECT_FALSE(fs::exists(file()));
+    EXPECT_EQ(WriteIni(withoutFolder(), "SEKTION", "EINTRAG", " 3"), 0);
+    EXPECT_EQ(ReadIni(withoutFolder(), "Sektion", "Eintrag"), "");
+    writeFile(file(), "[Sektion]\r\nEintrag= 5\r\n");
+    EXPECT_EQ(WriteIni(file(), "Sektion", "Eintrag", " 6\r\n[x]"), 0);
+    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "5");
+}
+
+} // namespace
+} // namespace pluvarine::testing
