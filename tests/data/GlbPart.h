@@ -22,16 +22,13 @@ struct GlbPart {
     std::vector<Opening> openings;
     Vec3 lo, hi;
 
-    static std::string resPath(const std::string& stem) {
-        return std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem + ".v3o";
-    }
-
-    // Read once per test program.
+    // The part file of that stem in res/, read once per test program.
     static const GlbPart& catalogued(const std::string& stem) {
         static std::map<std::string, std::unique_ptr<GlbPart>> cache;
         auto& slot = cache[stem];
         if (!slot) {
-            slot = std::make_unique<GlbPart>(resPath(stem));
+            slot = std::make_unique<GlbPart>(std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem +
+                                             ".v3o");
         }
         return *slot;
     }
@@ -59,15 +56,6 @@ struct GlbPart {
         return out;
     }
 
-    std::vector<Vec3> vectors(int index) const {
-        const auto n = raw<float>(index);
-        std::vector<Vec3> out;
-        for (std::size_t i = 0; i + 2 < n.size(); i += 3) {
-            out.push_back({n[i], n[i + 1], n[i + 2]});
-        }
-        return out;
-    }
-
     explicit GlbPart(const std::string& path) {
         tinygltf::TinyGLTF loader;
         std::string error, warning;
@@ -78,19 +66,23 @@ struct GlbPart {
             return; // the base scene
         }
         const auto& primitive = model.meshes.at(0).primitives.at(0);
-        positions = vectors(primitive.attributes.at("POSITION"));
-        normals = vectors(primitive.attributes.at("NORMAL"));
+        for (auto [name, out] : {std::pair{"POSITION", &positions}, {"NORMAL", &normals}}) {
+            const auto f = raw<float>(primitive.attributes.at(name));
+            for (std::size_t i = 0; i + 2 < f.size(); i += 3) {
+                out->push_back({f[i], f[i + 1], f[i + 2]});
+            }
+        }
         if (model.accessors.at(primitive.indices).componentType ==
-            TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT) {
+            TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT) {
+            indices = raw<std::uint32_t>(primitive.indices);
+        } else {
             const auto shorts = raw<std::uint16_t>(primitive.indices);
             indices.assign(shorts.begin(), shorts.end());
-        } else {
-            indices = raw<std::uint32_t>(primitive.indices);
         }
         lo = hi = positions.at(0);
-        for (const Vec3& p : positions) {
-            lo = {std::min(lo.x, p.x), std::min(lo.y, p.y), std::min(lo.z, p.z)};
-            hi = {std::max(hi.x, p.x), std::max(hi.y, p.y), std::max(hi.z, p.z)};
+        for (const Vec3& v : positions) {
+            lo = {std::min(lo.x, v.x), std::min(lo.y, v.y), std::min(lo.z, v.z)};
+            hi = {std::max(hi.x, v.x), std::max(hi.y, v.y), std::max(hi.z, v.z)};
         }
         const auto& list = own(model.nodes.at(0).extras);
         const auto vec = [](const tinygltf::Value& v) {
