@@ -1,6 +1,8 @@
 #include "StoreTestSupport.h"
 #include "store/ObjectCounter.h"
 #include "store/SettingsStore.h"
+#include "store/WorkFolder.h"
+#include "ui/text/LoadText.h"
 
 namespace pluvarine::testing {
 namespace {
@@ -17,28 +19,19 @@ struct CounterCase {
     int atStartUp, afterLoad, atLoadComplete;
 };
 
+// Start-up rounds after adding 1, the load completion before (3.5 -> 4, 2.5 -> 2 + 1); beyond
+// the 16-bit range the counter saturates instead of failing.
 TEST_F(SettingsFile, CounterIsDerivedFromTheStoredNumber) {
+    // clang-format off
     const CounterCase table[] = {
-        {nullptr, 1, 0, 1},
-        {"", 1, 0, 1},
-        {" 7", 8, 7, 8},
-        {"12abc", 13, 12, 13},
-        {"abc", 1, 0, 1},
-        {" 2 45", 246, 245, 246},
-        {"&H10", 17, 16, 17},
-        {"-5", -4, -5, -4},
-        // Start-up rounds after adding 1, the load completion before: 3.5 -> 4, 2.5 -> 2 + 1.
-        {" 2.5", 4, 2, 3},
-        {" 1.5", 2, 2, 3},
-        {" 32766", 32767, 32766, 32767},
-        // Beyond the 16-bit range the counter saturates instead of failing.
-        {" 32767", 32767, 32767, 32767},
-        {" 32766.5", 32767, 32766, 32767},
-        {" 40000", 32767, 32767, 32767},
-        {"1e300", 32767, 32767, 32767},
-        {"-32768", -32767, -32768, -32767},
-        {"-32769", -32768, -32768, -32767},
-        {"-1e9", -32768, -32768, -32767}};
+        {nullptr, 1, 0, 1},          {"", 1, 0, 1},                   {" 7", 8, 7, 8},
+        {"12abc", 13, 12, 13},       {"abc", 1, 0, 1},                {" 2 45", 246, 245, 246},
+        {"&H10", 17, 16, 17},        {"-5", -4, -5, -4},              {" 2.5", 4, 2, 3},
+        {" 1.5", 2, 2, 3},           {" 32766", 32767, 32766, 32767}, {" 32767", 32767, 32767, 32767},
+        {" 32766.5", 32767, 32766, 32767},  {" 40000", 32767, 32767, 32767},
+        {"1e300", 32767, 32767, 32767},     {"-32768", -32767, -32768, -32767},
+        {"-32769", -32768, -32768, -32767}, {"-1e9", -32768, -32768, -32767}};
+    // clang-format on
     for (const CounterCase& c : table) {
         SCOPED_TRACE(c.stored ? c.stored : "no file");
         fs::remove(file());
@@ -48,14 +41,6 @@ TEST_F(SettingsFile, CounterIsDerivedFromTheStoredNumber) {
         EXPECT_EQ(counterAfterLoad(file()), c.afterLoad);
         EXPECT_EQ(counterAtLoadComplete(file()), c.atLoadComplete);
     }
-}
-
-TEST(CounterFromNumber, RoundsHalfToEvenAndSaturates) {
-    const std::pair<double, int> table[] = {
-        {0.5, 0},         {1.5, 2},      {2.5, 2},           {-1.5, -2},          {32767.49, 32767},
-        {32767.5, 32767}, {1e12, 32767}, {-32768.5, -32768}, {-32768.51, -32768}, {-1e12, -32768}};
-    for (const auto& [number, counter] : table)
-        EXPECT_EQ(counterFromNumber(number), counter) << number;
 }
 
 TEST_F(SettingsFile, ExportStoresTheNumberUsedAndMovesOn) {
@@ -69,14 +54,6 @@ TEST_F(SettingsFile, ExportStoresTheNumberUsedAndMovesOn) {
     EXPECT_EQ(counterAfterExport(file(), -3), -2);
     EXPECT_EQ(readFile(file()), "[Sektion]\r\nEintrag=-3\r\n");
     EXPECT_EQ(counterAfterExport(withoutFolder(), 9), 1); // reads 0 there
-}
-
-TEST_F(SettingsFile, WrittenInCapitalsReadInMixedCase) {
-    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "");
-    EXPECT_NE(WriteIni(file(), "SEKTION", "EINTRAG", " 7"), 0);
-    EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 7\r\n");
-    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "7"); // the sign blank trimmed
-    EXPECT_EQ(ReadIni(file(), "Sektion", "Other"), "");
 }
 
 TEST_F(SettingsFile, TextsCrossInWindows1252AndAreCutTo254Characters) {
@@ -96,9 +73,37 @@ TEST_F(SettingsFile, RefusedOrFailedWritesChangeNothing) {
     EXPECT_FALSE(fs::exists(file()));
     EXPECT_EQ(WriteIni(withoutFolder(), "SEKTION", "EINTRAG", " 3"), 0);
     EXPECT_EQ(ReadIni(withoutFolder(), "Sektion", "Eintrag"), "");
+    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "");
     writeFile(file(), "[Sektion]\r\nEintrag= 5\r\n");
     EXPECT_EQ(WriteIni(file(), "Sektion", "Eintrag", " 6\r\n[x]"), 0);
     EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "5");
+}
+
+TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguage) {
+    const int previous = activeTextLanguage();
+    using namespace TextLanguage;
+    // clang-format off
+    const std::pair<int, const char*> table[] = {
+        {German, "Makros"}, {Russian, "Makros"}, {EnglishUnitedStates, "Macros"},
+        {EnglishUnitedKingdom, "Macros"}, {French, "Macros"}, {Polish, "Macros"}, {Croatian, "Macros"}};
+    // clang-format on
+    for (const auto& [lcid, macros] : table) {
+        setActiveTextLanguage(lcid);
+        const WorkFolder folder = WorkFolder::resolve("/opt/Tectaro/");
+        const std::string expected = std::string("/opt/Tectaro/Standard/") + macros + "/Pluvarine";
+        EXPECT_EQ(folder.workFolder, expected);
+        EXPECT_EQ(folder.settingsFile, expected + "/obj/Data.ini");
+        EXPECT_EQ(folder.oldObjectFile, expected + "/obj/fallrohr.tob");
+        EXPECT_EQ(folder.objFolder(), expected + "/obj/");
+        EXPECT_EQ(folder.archiveFile(), expected + "/destination/pluvarine.dat");
+    }
+    setActiveTextLanguage(previous);
+}
+
+TEST(WorkFolder, CreatesNoFolder) {
+    QTemporaryDir dir;
+    EXPECT_FALSE(WorkFolder::resolve(dir.path().toStdString() + "/").workFolder.empty());
+    EXPECT_TRUE(fs::is_empty(dir.path().toStdString()));
 }
 
 } // namespace

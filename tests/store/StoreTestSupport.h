@@ -78,27 +78,6 @@ inline std::map<std::string, std::string> snapshot(const fs::path& root) {
     return entries;
 }
 
-// While it lives, writes beyond limit bytes fail as on a full disk (EFBIG, SIGXFSZ ignored).
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t limit) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_previous);
-        rlimit tight = m_previous;
-        tight.rlim_cur = limit;
-        ::setrlimit(RLIMIT_FSIZE, &tight);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*m_handler)(int);
-    rlimit m_previous{};
-};
-
 // A temporary tree: root/obj (the folder packed and restored), root/destination (the archive).
 class ArchiveTree {
 public:
@@ -118,15 +97,26 @@ public:
         return UnpackFolder(archive(), folder, *display, pump, messages);
     }
 
-    // Runs an operation that must fail with a run-time error and leave the tree as it was.
-    std::optional<RuntimeError> failureChangingNothing(const std::function<void()>& operation) {
+    // Runs an operation that must fail with a run-time error and leave the tree as it was. Under
+    // a size limit, writes beyond it fail as on a full disk (EFBIG, with SIGXFSZ ignored).
+    std::optional<RuntimeError> failureChangingNothing(const std::function<void()>& operation,
+                                                       rlim_t sizeLimit = RLIM_INFINITY) {
         const auto before = snapshot(root());
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit previous{};
+        ::getrlimit(RLIMIT_FSIZE, &previous);
+        const rlimit tight{sizeLimit, previous.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &tight);
         std::optional<RuntimeError> failure;
         try {
             operation();
         } catch (const RuntimeError& error) {
             failure = error;
+        } catch (const std::exception& error) {
+            ADD_FAILURE() << error.what();
         }
+        ::setrlimit(RLIMIT_FSIZE, &previous);
+        std::signal(SIGXFSZ, handler);
         EXPECT_EQ(snapshot(root()), before);
         return failure;
     }
