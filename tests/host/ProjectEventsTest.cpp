@@ -6,29 +6,26 @@
 namespace pluvarine::test {
 namespace {
 
-using ::testing::ElementsAre;
-
 class ProjectEventsTest : public MacroFixture {
 protected:
     void SetUp() override { start(); }
 
     std::filesystem::path archive() const { return work / "destination" / "pluvarine.dat"; }
-    std::string enable() const { return "SetMacroButtonState(7, 1, 0, true, true)"; }
+    const std::string enable = "SetMacroButtonState(7, 1, 0, true, true)";
 };
 
 TEST_F(ProjectEventsTest, SaveStartAnnouncesOneMoreDataBlock) {
     std::int32_t chunks = 3;
     macro->exe_SaveStart("house.tpr", 1, false, chunks);
     EXPECT_EQ(chunks, 4);
-    EXPECT_TRUE(log.entries().empty());
+    EXPECT_TRUE(log.entries.empty());
 }
 
 TEST_F(ProjectEventsTest, SavingAnEmptyObjFolderHandsOverAFourByteArchive) {
-    macro->exe_SaveBuilding(0, building);
-
+    macro->exe_SaveBuilding(0, model);
     EXPECT_EQ(readFile(archive()), std::string(4, '\0'));
-    EXPECT_THAT(log.entries(), ElementsAre("EndProgress()",
-                                           "SaveMacroData(548199592, " + archive().string() + ")"));
+    EXPECT_THAT(log.entries, ElementsAre("EndProgress()",
+                                         "SaveMacroData(548199592, " + archive().string() + ")"));
     EXPECT_EQ(host->macroData.at(Macro::MacroDataId), std::string(4, '\0'));
 }
 
@@ -36,10 +33,9 @@ TEST_F(ProjectEventsTest, SavingPacksEveryObjectFileWithProgressInTheHost) {
     writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n");
     writeFile(work / "obj" / " 1.tob", "first");
     macro->exe_SaveBuilding(0, nullptr);
-
+    const std::string progress = "ShowProgress(" + LoadText(4000);
     EXPECT_THAT(log.only({"ShowProgress", "EndProgress"}),
-                ElementsAre("ShowProgress(" + LoadText(4000) + ", 50)",
-                            "ShowProgress(" + LoadText(4000) + ", 100)", "EndProgress()"));
+                ElementsAre(progress + ", 50)", progress + ", 100)", "EndProgress()"));
     EXPECT_EQ(pumps, 2); // pending events run after every file
     const std::string& block = host->macroData.at(Macro::MacroDataId);
     EXPECT_EQ(block, readFile(archive()));
@@ -50,48 +46,43 @@ TEST_F(ProjectEventsTest, AFailedPackStillHandsOverWhatIsThere) {
     std::filesystem::remove_all(work / "obj");
     macro->exe_SaveBuilding(0, nullptr);
     EXPECT_TRUE(log.contains("SaveMacroData"));
-    EXPECT_TRUE(log.only({"message"}).empty());
+    EXPECT_FALSE(log.contains("message"));
 }
 
 TEST_F(ProjectEventsTest, LoadingWithABuildingOnlyEnablesTheButton) {
     writeFile(work / "obj" / " 1.tob", "keep me");
     host->macroData[Macro::MacroDataId] = std::string(4, '\0');
-
-    macro->exe_LoadBuilding(building, 0);
-
-    EXPECT_THAT(log.entries(), ElementsAre(enable()));
+    macro->exe_LoadBuilding(model, 0);
+    EXPECT_THAT(log.entries, ElementsAre(enable));
     EXPECT_EQ(readFile(work / "obj" / " 1.tob"), "keep me");
 }
 
 TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
+    const std::string four("four\0bytes", 10);
     writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 5\r\n");
-    writeFile(work / "obj" / " 4.tob", std::string("four\0bytes", 10));
+    writeFile(work / "obj" / " 4.tob", four);
     writeFile(work / "obj" / " 5.tob", "");
     macro->exe_SaveBuilding(0, nullptr);
-    const std::string saved = host->macroData.at(Macro::MacroDataId);
     macro->exe_ProjectClosed();
     ASSERT_TRUE(std::filesystem::is_empty(work / "obj"));
-    log.clear();
+    log.entries.clear();
 
     macro->exe_LoadBuilding(nullptr, 0);
 
-    const std::string programFolderText = host->programFolder;
-    const std::string below = "Standard/" + LoadText(8002) + "/Pluvarine";
     EXPECT_THAT(log.only({"SetMacroButtonState", "GetProgramFolder", "LoadMacroData"}),
-                ElementsAre(enable(), "GetProgramFolder()", "GetProgramFolder()",
-                            "LoadMacroData(548199592, " + programFolderText + below +
-                                "/destination/pluvarine.dat)"));
-    EXPECT_EQ(readFile(work / "obj" / " 4.tob"), std::string("four\0bytes", 10));
+                ElementsAre(enable, "GetProgramFolder()", "GetProgramFolder()",
+                            "LoadMacroData(548199592, " + host->programFolder + "Standard/" +
+                                LoadText(8002) + "/Pluvarine/destination/pluvarine.dat)"));
+    EXPECT_EQ(readFile(work / "obj" / " 4.tob"), four);
     EXPECT_TRUE(std::filesystem::exists(work / "obj" / " 5.tob"));
-    EXPECT_EQ(readFile(work / "obj" / " 5.tob"), "");
     EXPECT_EQ(readFile(work / "obj" / "Data.ini"), "[SEKTION]\r\nEINTRAG= 5\r\n");
     EXPECT_EQ(macro->objectCounter(), 5); // the stored number itself
-    EXPECT_THAT(log.only({"ShowProgress"}).size(), 3U);
-    EXPECT_TRUE(log.only({"message"}).empty());
+    EXPECT_EQ(log.only({"ShowProgress"}).size(), 3U);
+    EXPECT_FALSE(log.contains("message"));
 
     macro->exe_LoadComplete(true);
     EXPECT_EQ(macro->objectCounter(), 6);
-    EXPECT_EQ(log.entries().back(), enable());
+    EXPECT_EQ(log.entries.back(), enable);
 }
 
 TEST_F(ProjectEventsTest, ALoadWithoutMacroDataLeavesObjAsItWas) {
@@ -99,24 +90,20 @@ TEST_F(ProjectEventsTest, ALoadWithoutMacroDataLeavesObjAsItWas) {
     macro->exe_LoadBuilding(nullptr, 0);
     EXPECT_EQ(readFile(work / "obj" / " 3.tob"), "three");
     EXPECT_EQ(macro->objectCounter(), 1);
-    EXPECT_FALSE(log.contains("ShowProgress"));
-    EXPECT_TRUE(log.only({"message", "criticalMessage"}).empty());
+    EXPECT_FALSE(log.contains("ShowProgress") || log.contains("message") ||
+                 log.contains("criticalMessage"));
 }
 
 TEST_F(ProjectEventsTest, LoadErrorsShowTheFixedGermanTextAndLoadingGoesOn) {
-    log.fail("SetMacroButtonState");
-    log.fail("LoadMacroData");
-
+    log.failing = {"SetMacroButtonState", "LoadMacroData"};
     macro->exe_LoadBuilding(nullptr, 0);
-
-    const std::string expected = "Fehler in Funktion Main_LoadBuilding: \r1002 - ";
+    const auto text = [](const std::string& error) {
+        return "message(Fehler in Funktion Main_LoadBuilding: \r1002 - " + error +
+               "\rDas Programm wird fortgesetzt.)";
+    };
     EXPECT_THAT(log.only({"message"}),
-                ElementsAre("message(" + expected + "SetMacroButtonState failed" +
-                                "\rDas Programm wird fortgesetzt.)",
-                            "message(" + expected + "LoadMacroData failed" +
-                                "\rDas Programm wird fortgesetzt.)"));
-    EXPECT_TRUE(log.contains("LoadMacroData")); // the failure of the first step did not stop it
-    EXPECT_FALSE(program.hasEnded());
+                ElementsAre(text("SetMacroButtonState failed"), text("LoadMacroData failed")));
+    EXPECT_FALSE(window.ended);
 }
 
 TEST_F(ProjectEventsTest, ADamagedArchiveIsReportedAndLeavesObjAlone) {
@@ -130,8 +117,8 @@ TEST_F(ProjectEventsTest, ADamagedArchiveIsReportedAndLeavesObjAlone) {
 }
 
 TEST_F(ProjectEventsTest, LoadCompleteWithoutDataIniStartsTheCounterAtOne) {
-    macro->Command4_Click();
-    macro->Command4_Click();
+    writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n");
+    macro->exe_LoadComplete(true);
     ASSERT_EQ(macro->objectCounter(), 3);
     macro->exe_ProjectClosed();
     macro->exe_LoadComplete(false);
@@ -141,42 +128,35 @@ TEST_F(ProjectEventsTest, LoadCompleteWithoutDataIniStartsTheCounterAtOne) {
 TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProjectFiles) {
     writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n");
     writeFile(work / "obj" / " 1.tob", "one");
-    writeFile(work / "destination" / "pluvarine.dat", "archive");
+    writeFile(archive(), "archive");
     std::filesystem::create_directory(work / "obj" / "sub");
     writeFile(work / "obj" / "sub" / "inner.txt", "stays");
     daten.design.heightH = 2500;
-    daten.roof.roofOverhang = 300;
 
     macro->exe_ProjectClosed();
 
-    EXPECT_THAT(log.entries(), ElementsAre("SetMacroButtonState(7, 1, 0, true, false)"));
-    EXPECT_FALSE(std::filesystem::exists(work / "obj" / "Data.ini"));
-    EXPECT_FALSE(std::filesystem::exists(work / "obj" / " 1.tob"));
-    EXPECT_FALSE(std::filesystem::exists(work / "destination" / "pluvarine.dat"));
+    EXPECT_THAT(log.entries, ElementsAre("SetMacroButtonState(7, 1, 0, true, false)"));
+    EXPECT_FALSE(std::filesystem::exists(work / "obj" / "Data.ini") ||
+                 std::filesystem::exists(work / "obj" / " 1.tob") ||
+                 std::filesystem::exists(archive()));
     EXPECT_EQ(readFile(work / "obj" / "sub" / "inner.txt"), "stays"); // sub-folders untouched
-    // Nothing in memory is reset.
-    EXPECT_EQ(daten.design.heightH, 2500);
-    EXPECT_EQ(daten.roof.roofOverhang, 300);
+    EXPECT_EQ(daten.design.heightH, 2500);                            // nothing in memory reset
     EXPECT_EQ(macro->objectCounter(), 1);
-}
 
-TEST_F(ProjectEventsTest, ClosingDeletesTheFilesEvenWhenTheButtonCannotBeChanged) {
     writeFile(work / "obj" / " 1.tob", "one");
-    log.fail("SetMacroButtonState");
+    log.failing = {"SetMacroButtonState"};
     macro->exe_ProjectClosed();
     EXPECT_FALSE(std::filesystem::exists(work / "obj" / " 1.tob"));
 }
 
-TEST_F(ProjectEventsTest, ANewProjectEnablesTheButton) {
+TEST_F(ProjectEventsTest, ANewProjectEnablesTheButtonAndProgramExitEndsAtOnce) {
     macro->exe_NewCurrentProject();
-    EXPECT_THAT(log.entries(), ElementsAre(enable()));
-}
-
-TEST_F(ProjectEventsTest, ProgramExitEndsAtOnceEvenWithTheWindowOpen) {
-    view.visible = true;
+    EXPECT_THAT(log.entries, ElementsAre(enable));
+    log.entries.clear();
+    window.visible = true;
     macro->exe_ProgramExit();
-    EXPECT_TRUE(program.hasEnded());
-    EXPECT_THAT(log.entries(), ElementsAre("endProgram()"));
+    EXPECT_TRUE(window.ended);
+    EXPECT_THAT(log.entries, ElementsAre("endProgram()"));
 }
 
 TEST_F(ProjectEventsTest, ProgressWithoutAConnectionFailsLikeAHostCall) {
