@@ -188,15 +188,5 @@ const StopCase kStops[]{{"ContinuousSpacingZero", Continuous, 3000, 300, 0, kDiv
                         {"Kink72Beyond16Bits", Kink72, 100000, 300, 2, kOverflow}};
 INSTANTIATE_TEST_SUITE_P(Faults, Stops, ::testing::ValuesIn(kStops), CaseName());
 
-TEST(Construction, AViewerErrorEndsItAtThatPart) {
-    Daten daten = makeDaten(3000, 300, 300, 1800);
-    RecordingScene scene;
-    scene.failAddPartOf("Standrohr_125_500.v3o");
-    EXPECT_THROW(buildConstruction(Continuous, daten, scene), RuntimeError);
-    EXPECT_EQ(partFiles(scene), (Files{kOutlet, kPipe, "dummy.v3o"}));
-    EXPECT_EQ(daten.design.standpipeId, 0);
-    EXPECT_EQ(scene.viewUpdates(), 0);
-}
-
 } // namespace
 } // namespace pluvarine::test

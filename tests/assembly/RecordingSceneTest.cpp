@@ -7,37 +7,6 @@
 namespace pluvarine::test {
 namespace {
 
-TEST(RecordingScene, IdsContinueAcrossLoadSceneAndAnIdNoLongerThereIsSkipped) {
-    RecordingScene scene;
-    EXPECT_EQ(scene.AddPart("a"), 1);
-    scene.LoadScene("/wf/main.v3o");
-    const std::int32_t id = scene.AddPart("b");
-    EXPECT_EQ(id, 2);
-    EXPECT_EQ(scene.objects().size(), 1U);
-    scene.CurrentObject(id);
-    scene.CurrentObject(1); // targets nothing, not the previous one either
-    EXPECT_FALSE(scene.ApplyMaterial(0, "/wf/mat/Alu.ini"));
-    EXPECT_FALSE(scene.MoveObject(1, 1, 1));
-    EXPECT_EQ(scene.object(id)->material, std::nullopt);
-    EXPECT_EQ(scene.object(id)->position, std::nullopt);
-}
-
-TEST(RecordingScene, InjectedFaultsThrowViewerErrorsBeforeTakingEffect) {
-    RecordingScene scene;
-    scene.failCall(1);
-    try {
-        scene.AddPart("a");
-        FAIL() << "no fault";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.number(), RuntimeError::ViewerError);
-    }
-    EXPECT_TRUE(scene.calls()[0].failed);
-    EXPECT_EQ(scene.AddPart("b"), 1); // a failed AddPart hands out no id
-    scene.failOperation(SceneMember::UpdateView);
-    EXPECT_THROW(scene.UpdateView(), RuntimeError);
-    EXPECT_EQ(scene.viewUpdates(), 0);
-}
-
 TEST(PartPlacement, ClampCountRoundsHalfToEvenAfterAddingAHalf) {
     struct Case {
         double span, spacing;
@@ -70,16 +39,10 @@ TEST(PartPlacement, ANumberBeyondSinglePrecisionFailsItsCallAfterAddingThePart) 
     EXPECT_EQ(scene.calls().back().op, "CurrentObject");
 }
 
-TEST(Neu, ClearsModelBuiltThenLoadsTheBaseScene) {
+TEST(Neu, ClearsModelBuiltBeforeLoadingTheBaseScene) {
     Daten daten = makeDaten(0, 0, 0, 0);
     daten.design.modelBuilt = true;
     RecordingScene scene;
-    scene.AddPart("a");
-    Neu(daten, scene);
-    EXPECT_FALSE(daten.design.modelBuilt);
-    EXPECT_EQ(scene.sceneFile(), "/wf/main.v3o");
-    EXPECT_TRUE(scene.objects().empty());
-    daten.design.modelBuilt = true;
     scene.failOperation(SceneMember::LoadScene);
     EXPECT_THROW(Neu(daten, scene), RuntimeError);
     EXPECT_FALSE(daten.design.modelBuilt);
