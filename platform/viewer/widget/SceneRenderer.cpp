@@ -1,7 +1,10 @@
 #include "platform/viewer/widget/SceneRenderer.h"
 
 #include <QColor>
+#include <QPointF>
+#include <QVector4D>
 #include <algorithm>
+#include <cmath>
 
 namespace pluvarine {
 
@@ -13,92 +16,104 @@ layout(location = 1) in vec3 normal;
 uniform mat4 model;
 uniform mat3 normalMatrix;
 uniform mat4 viewProjection;
+uniform vec4 clipPlane; // what lies on its negative side is cut away
 out vec3 worldPosition;
 out vec3 worldNormal;
+out float gl_ClipDistance[1];
 void main() {
     vec4 p = model * vec4(position, 1.0);
     worldPosition = p.xyz;
     worldNormal = normalMatrix * normal;
+    gl_ClipDistance[0] = dot(clipPlane, p);
     gl_Position = viewProjection * p;
 }
 )";
 
 // Cook-Torrance with GGX distribution, Smith-Schlick geometry and Schlick Fresnel; the
 // environment is a sky-over-ground gradient looked up along the reflection, blurred towards
-// its average with roughness.
+// its average with roughness. llvmpipe runs this once per sample, so what depends only on the
+// material comes in as uniforms, and pow() (a log and an exp per channel) gives way to products,
+// square roots and exp2 where the result is the same to the eye.
 const char* kFragmentShader = R"(#version 330 core
 in vec3 worldPosition;
 in vec3 worldNormal;
 uniform vec3 cameraPosition;
-uniform vec3 baseColor;
-uniform float metallic;
-uniform float roughness;
+uniform vec3 f0;                // Fresnel at normal incidence
+uniform vec3 diffuseColor;      // (1 - metallic) * base colour
+uniform vec3 ambientFresnelMax; // max(1 - roughness, f0)
+uniform float specularScale;    // a^2 / (4 pi), a = roughness^2
+uniform float a2Minus1;         // a^2 - 1
+uniform float geometryK;        // (roughness + 1)^2 / 8
+uniform float panelSharpness;   // exponent of the panel lobes, times log2(e)
+uniform float environmentBlur;  // roughness^2
+uniform float environmentWeight; // 1 - roughness / 2
 out vec4 fragColor;
 
 const float PI = 3.14159265;
 const vec3 skyColor = vec3(0.80, 0.86, 0.95);
 const vec3 horizonColor = vec3(0.95, 0.95, 0.93);
 const vec3 groundColor = vec3(0.22, 0.20, 0.18);
+const vec3 keyLight = vec3(-0.45, -0.35, 0.82) / length(vec3(-0.45, -0.35, 0.82));
+const vec3 fillLight = vec3(-0.6, 0.7, 0.2) / length(vec3(-0.6, 0.7, 0.2));
+const vec3 lowLight = vec3(0.3, -0.8, -0.2) / length(vec3(0.3, -0.8, -0.2));
 
-vec3 environment(vec3 r, float rough) {
+float pow5(float x) {
+    float x2 = x * x;
+    return x2 * x2 * x;
+}
+
+vec3 environment(vec3 r) {
     float t = r.z;
-    vec3 sharp = t > 0.0 ? mix(horizonColor, skyColor, pow(clamp(t, 0.0, 1.0), 0.6))
-                         : mix(horizonColor, groundColor, pow(clamp(-t * 3.0, 0.0, 1.0), 0.5));
+    // Above the horizon t^0.6, here as 0.741 sqrt(t) + 0.259 t: the two differ by less than
+    // 0.014, and the colours they blend differ by less than 0.15.
+    float blend = t > 0.0 ? 0.741 * sqrt(t) + 0.259 * t : sqrt(min(-3.0 * t, 1.0));
+    vec3 sharp = mix(horizonColor, t > 0.0 ? skyColor : groundColor, blend);
     // Two bright panels at about eye height on either side of the default view direction:
     // a pipe seen from a little above mirrors them as streaks, which is what makes a metal
-    // read as metal.
-    float spread = mix(48.0, 3.0, rough);
-    sharp += 1.4 * pow(max(dot(r, vec3(-0.33, -0.93, -0.15)), 0.0), spread)
-           + 0.8 * pow(max(dot(r, vec3(-0.86, 0.49, -0.15)), 0.0), spread);
+    // read as metal. The lobe d^n is exp(n (d - 1)), the same near its peak where it shows.
+    sharp += 1.4 * exp2(panelSharpness * (min(dot(r, vec3(-0.33, -0.93, -0.15)), 1.0) - 1.0))
+           + 0.8 * exp2(panelSharpness * (min(dot(r, vec3(-0.86, 0.49, -0.15)), 1.0) - 1.0));
     vec3 average = 0.5 * (skyColor + groundColor) + 0.1;
-    return mix(sharp, average, rough * rough);
+    return mix(sharp, average, environmentBlur);
 }
 
-float distributionGGX(float nh, float a) {
-    float a2 = a * a;
-    float d = nh * nh * (a2 - 1.0) + 1.0;
-    return a2 / (PI * d * d);
-}
-
-float geometrySmith(float nv, float nl, float rough) {
-    float k = (rough + 1.0) * (rough + 1.0) / 8.0;
-    return (nv / (nv * (1.0 - k) + k)) * (nl / (nl * (1.0 - k) + k));
-}
-
-vec3 light(vec3 n, vec3 v, vec3 l, vec3 radiance, vec3 f0, vec3 albedo, float rough) {
+// D G F / (4 nv nl) times nl: nv cancels against the geometry term, one division remains.
+vec3 light(vec3 n, vec3 v, float geometryV, vec3 l, float radiance) {
     vec3 h = normalize(v + l);
     float nl = max(dot(n, l), 0.0);
-    float nv = max(dot(n, v), 1e-4);
     float nh = max(dot(n, h), 0.0);
-    vec3 f = f0 + (1.0 - f0) * pow(1.0 - max(dot(h, v), 0.0), 5.0);
-    vec3 specular = distributionGGX(nh, rough * rough) * geometrySmith(nv, nl, rough) * f /
-                    (4.0 * nv * max(nl, 1e-4));
-    vec3 diffuse = (1.0 - f) * (1.0 - metallic) * albedo / PI;
-    return (diffuse + specular) * radiance * nl;
+    vec3 f = f0 + (1.0 - f0) * pow5(1.0 - max(dot(h, v), 0.0));
+    float d = nh * nh * a2Minus1 + 1.0;
+    float specular = specularScale / (d * d * geometryV * (nl * (1.0 - geometryK) + geometryK));
+    return ((1.0 - f) * diffuseColor * (1.0 / PI) + specular * f) * (radiance * nl);
+}
+
+// x^(1/2.2) on 0..1 from two square roots, within 0.75 of a step of 8-bit output.
+vec3 encodeGamma(vec3 x) {
+    vec3 s = sqrt(clamp(x, 0.0, 1.0));
+    return 0.980264 * s + 0.083123 * sqrt(s) - 0.065009 * s * s;
 }
 
 void main() {
     vec3 n = normalize(worldNormal);
     vec3 v = normalize(cameraPosition - worldPosition);
-    if (dot(n, v) < 0.0) n = -n; // two-sided, whatever the winding or mirroring
-    float rough = clamp(roughness, 0.04, 1.0);
-    vec3 f0 = mix(vec3(0.04), baseColor, metallic);
-    vec3 color = light(n, v, normalize(vec3(-0.45, -0.35, 0.82)), vec3(2.6), f0, baseColor, rough)
-               + light(n, v, normalize(vec3(-0.6, 0.7, 0.2)), vec3(0.9), f0, baseColor, rough);
+    float facing = dot(n, v);
+    if (facing < 0.0) n = -n; // two-sided, whatever the winding or mirroring
+    float nv = max(abs(facing), 1e-4);
+    float geometryV = nv * (1.0 - geometryK) + geometryK;
+    vec3 color = light(n, v, geometryV, keyLight, 2.6) + light(n, v, geometryV, fillLight, 0.9);
     // A faint light from below the horizon, diffuse only.
-    color += 0.35 / PI * (1.0 - metallic) * baseColor *
-             max(dot(n, normalize(vec3(0.3, -0.8, -0.2))), 0.0);
-    float nv = max(dot(n, v), 0.0);
-    vec3 fr = f0 + (max(vec3(1.0 - rough), f0) - f0) * pow(1.0 - nv, 5.0);
+    color += (0.35 / PI) * diffuseColor * max(dot(n, lowLight), 0.0);
+    vec3 fr = f0 + (ambientFresnelMax - f0) * pow5(1.0 - nv);
     vec3 hemisphere = mix(groundColor, skyColor, 0.5 + 0.5 * n.z);
-    color += (1.0 - fr) * (1.0 - metallic) * baseColor * hemisphere * 0.55;
-    color += fr * environment(reflect(-v, n), rough) * (1.0 - 0.5 * rough);
-    color = color / (1.0 + 0.35 * color);        // soft highlight roll-off
-    fragColor = vec4(pow(color, vec3(1.0 / 2.2)), 1.0);
+    color += (1.0 - fr) * diffuseColor * hemisphere * 0.55;
+    color += fr * environment(reflect(-v, n)) * environmentWeight;
+    color = color / (1.0 + 0.35 * color); // soft highlight roll-off
+    fragColor = vec4(encodeGamma(color), 1.0);
 }
 )";
 
-// The backdrop is flat and evenly lit: one colour, no need for the full shading per pixel.
+// The wall and the background around it are flat: one colour, no shading per pixel.
 const char* kFlatFragmentShader = R"(#version 330 core
 uniform vec3 flatColor;
 out vec4 fragColor;
@@ -106,6 +121,91 @@ void main() { fragColor = vec4(flatColor, 1.0); }
 )";
 
 const QColor kWallColor(214, 212, 206);
+// Parts may reach this far behind the wall's plane (metres) and still show: faces lying on the
+// wall stay whole.
+constexpr float kWallTolerance = 0.001f;
+
+QVector3D linear(const QColor& color) {
+    return {float(color.redF()), float(color.greenF()), float(color.blueF())};
+}
+
+// The part of a convex polygon (homogeneous points) where dot(plane, point) >= 0.
+std::vector<QVector4D> clipPolygon(const std::vector<QVector4D>& polygon, const QVector4D& plane) {
+    std::vector<QVector4D> kept;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const QVector4D& a = polygon[i];
+        const QVector4D& b = polygon[(i + 1) % polygon.size()];
+        const float da = QVector4D::dotProduct(plane, a);
+        const float db = QVector4D::dotProduct(plane, b);
+        if (da >= 0) {
+            kept.push_back(a);
+        }
+        if ((da >= 0) != (db >= 0)) {
+            kept.push_back(a + (b - a) * (da / (da - db)));
+        }
+    }
+    return kept;
+}
+
+// The screen outside a convex outline (clip coordinates, in front of the eye) as triangles,
+// x and y in normalised device coordinates: for each edge, the screen beyond it. The pieces
+// overlap near the corners, which a flat colour does not show.
+std::vector<float> screenOutside(const std::vector<QVector4D>& outline) {
+    const std::vector<QVector4D> screen = {
+        {-1, -1, 0, 1}, {1, -1, 0, 1}, {1, 1, 0, 1}, {-1, 1, 0, 1}};
+    std::vector<QPointF> points;
+    for (const QVector4D& p : outline) {
+        points.emplace_back(p.x() / p.w(), p.y() / p.w());
+    }
+    double twiceArea = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const QPointF& a = points[i];
+        const QPointF& b = points[(i + 1) % points.size()];
+        twiceArea += a.x() * b.y() - b.x() * a.y();
+    }
+    std::vector<std::vector<QVector4D>> pieces;
+    if (points.size() < 3 || std::abs(twiceArea) < 1e-12) {
+        pieces.push_back(screen);
+    } else {
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            // Outside lies right of a counter-clockwise edge, left of a clockwise one.
+            const QPointF& a = points[i];
+            const QPointF d = points[(i + 1) % points.size()] - a;
+            const QPointF out = twiceArea > 0 ? QPointF(d.y(), -d.x()) : QPointF(-d.y(), d.x());
+            pieces.push_back(clipPolygon(screen, QVector4D(float(out.x()), float(out.y()), 0,
+                                                           float(-QPointF::dotProduct(out, a)))));
+        }
+    }
+    std::vector<float> triangles;
+    for (const auto& piece : pieces) {
+        for (std::size_t i = 2; i < piece.size(); ++i) {
+            for (const QVector4D& p : {piece[0], piece[i - 1], piece[i]}) {
+                triangles.insert(triangles.end(), {p.x(), p.y(), 0.0f});
+            }
+        }
+    }
+    return triangles;
+}
+
+// Uniforms of the shading that depend on the material only.
+void setMaterial(QOpenGLShaderProgram& program, const SurfaceLook& look) {
+    const float rough = std::clamp(look.roughness, 0.04f, 1.0f);
+    const float metal = look.metallic;
+    const QVector3D base(look.baseColor[0], look.baseColor[1], look.baseColor[2]);
+    const QVector3D f0 = QVector3D(0.04f, 0.04f, 0.04f) * (1 - metal) + base * metal;
+    const float a2 = rough * rough * rough * rough;
+    program.setUniformValue("f0", f0);
+    program.setUniformValue("diffuseColor", base * (1 - metal));
+    program.setUniformValue("ambientFresnelMax",
+                            QVector3D(std::max(1 - rough, f0.x()), std::max(1 - rough, f0.y()),
+                                      std::max(1 - rough, f0.z())));
+    program.setUniformValue("specularScale", a2 / (4 * 3.14159265f));
+    program.setUniformValue("a2Minus1", a2 - 1);
+    program.setUniformValue("geometryK", (rough + 1) * (rough + 1) / 8);
+    program.setUniformValue("panelSharpness", (48.0f + (3.0f - 48.0f) * rough) * 1.44269504f);
+    program.setUniformValue("environmentBlur", rough * rough);
+    program.setUniformValue("environmentWeight", 1 - 0.5f * rough);
+}
 
 } // namespace
 
@@ -115,6 +215,10 @@ SceneRenderer::~SceneRenderer() = default; // GL objects go with release() or th
 
 QColor SceneRenderer::backgroundColor() {
     return QColor(232, 236, 242);
+}
+
+QColor SceneRenderer::wallColor() {
+    return kWallColor;
 }
 
 void SceneRenderer::initialize() {
@@ -127,10 +231,14 @@ void SceneRenderer::initialize() {
     m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
     m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Fragment, kFlatFragmentShader);
     m_flatProgram->link();
-    m_wall = std::make_shared<MeshData>();
-    m_wall->positions = {0, -1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1};
-    m_wall->normals = {-1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0};
-    m_wall->indices = {0, 2, 1, 0, 3, 2};
+    glGenVertexArrays(1, &m_outsideVao);
+    glGenBuffers(1, &m_outsideBuffer);
+    glBindVertexArray(m_outsideVao);
+    glBindBuffer(GL_ARRAY_BUFFER, m_outsideBuffer);
+    glEnableVertexAttribArray(0);
+    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
+    glBindVertexArray(0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
     m_initialized = true;
 }
 
@@ -144,9 +252,27 @@ void SceneRenderer::release() {
         glDeleteBuffers(1, &mesh.indexBuffer);
     }
     m_meshes.clear();
+    glDeleteVertexArrays(1, &m_outsideVao);
+    glDeleteBuffers(1, &m_outsideBuffer);
     m_program.reset();
     m_flatProgram.reset();
     m_initialized = false;
+}
+
+std::optional<QMatrix4x4> SceneRenderer::wallTransform(const ViewerScene& scene,
+                                                       const OrbitCamera& camera) {
+    const Box3 box = scene.bounds();
+    // Single-sided like every face: from behind, the wall is not there.
+    if (box.isEmpty() || camera.eye().x() >= 0) {
+        return std::nullopt;
+    }
+    const auto size = box.size();
+    const auto centre = box.centre();
+    const double extent = std::max({size[0], size[1], size[2], 1.0});
+    QMatrix4x4 model;
+    model.translate(0, float(centre[1]), float(centre[2]));
+    model.scale(1, float(extent * 1.5), float(size[2] / 2 + extent * 0.5));
+    return model;
 }
 
 void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
@@ -156,22 +282,34 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
     }
     dropStale();
     glViewport(0, 0, pixels.width(), pixels.height());
-    const QColor background = backgroundColor();
-    glClearColor(background.redF(), background.greenF(), background.blueF(), 1.0f);
+    const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
+    const QMatrix4x4 viewProjection = camera.projectionMatrix(aspect) * camera.viewMatrix();
+    // The wall is painted first, as the clear colour with the background laid around its
+    // outline: a multisampled fill of the whole wall costs llvmpipe as much as the shaded
+    // parts. Parts behind its plane are cut away, as the wall would hide them.
+    const auto wall = wallTransform(scene, camera);
+    const QVector3D clear = linear(wall ? kWallColor : backgroundColor());
+    glClearColor(clear.x(), clear.y(), clear.z(), 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    if (!m_program->isLinked() || !m_flatProgram->isLinked()) {
+        return;
+    }
+    if (wall) {
+        drawAroundWall(viewProjection * *wall);
+    }
+    // llvmpipe clips at every distance the shader writes, enabled or not: the plane itself
+    // says whether anything goes.
+    glEnable(GL_CLIP_DISTANCE0);
     glEnable(GL_DEPTH_TEST);
     // glTF's rule: counter-clockwise faces are the front, back faces are not drawn (materials
     // are single-sided unless they say otherwise). Skipping them halves llvmpipe's work.
     glEnable(GL_CULL_FACE);
     glCullFace(GL_BACK);
-    if (!m_program->isLinked()) {
-        return;
-    }
     m_program->bind();
-    const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
-    m_program->setUniformValue("viewProjection",
-                               camera.projectionMatrix(aspect) * camera.viewMatrix());
+    m_program->setUniformValue("viewProjection", viewProjection);
     m_program->setUniformValue("cameraPosition", camera.eye());
+    m_program->setUniformValue("clipPlane",
+                               wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
     for (const auto& object : scene.objects()) {
         if (!object.drawn()) {
             continue;
@@ -189,38 +327,35 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
         }
     }
     glFrontFace(GL_CCW);
+    glDisable(GL_CLIP_DISTANCE0);
     m_program->release();
-    drawBackdrop(scene, camera, aspect);
 }
 
-void SceneRenderer::drawBackdrop(const ViewerScene& scene, const OrbitCamera& camera,
-                                 float aspect) {
-    const Box3 box = scene.bounds();
-    if (box.isEmpty() || !m_flatProgram->isLinked()) {
+void SceneRenderer::drawAroundWall(const QMatrix4x4& wallToClip) {
+    std::vector<QVector4D> outline;
+    for (const QVector3D& corner :
+         {QVector3D(0, -1, -1), QVector3D(0, 1, -1), QVector3D(0, 1, 1), QVector3D(0, -1, 1)}) {
+        outline.push_back(wallToClip * QVector4D(corner, 1));
+    }
+    // Only what lies between the near and the far plane shows.
+    outline = clipPolygon(clipPolygon(outline, {0, 0, 1, 1}), {0, 0, -1, 1});
+    const std::vector<float> triangles = screenOutside(outline);
+    if (triangles.empty()) {
         return;
     }
-    const auto size = box.size();
-    const auto centre = box.centre();
-    const double extent = std::max({size[0], size[1], size[2], 1.0});
-    QMatrix4x4 model;
-    model.translate(0, float(centre[1]), float(centre[2]));
-    model.scale(1, float(extent * 1.5), float(size[2] / 2 + extent * 0.5));
-    // Drawn last, so the depth test skips it behind the parts, and pushed back a little, so
-    // parts touching the wall stay in front of it.
+    glDisable(GL_DEPTH_TEST);
     m_flatProgram->bind();
-    m_flatProgram->setUniformValue("viewProjection",
-                                   camera.projectionMatrix(aspect) * camera.viewMatrix());
-    m_flatProgram->setUniformValue("model", model);
-    m_flatProgram->setUniformValue("normalMatrix", model.normalMatrix());
-    m_flatProgram->setUniformValue(
-        "flatColor", QVector3D(kWallColor.redF(), kWallColor.greenF(), kWallColor.blueF()));
-    glEnable(GL_POLYGON_OFFSET_FILL);
-    glPolygonOffset(1.0f, 4.0f);
-    const GpuMesh& wall = upload(m_wall);
-    glBindVertexArray(wall.vao);
-    glDrawElements(GL_TRIANGLES, wall.indexCount, GL_UNSIGNED_INT, nullptr);
+    m_flatProgram->setUniformValue("viewProjection", QMatrix4x4());
+    m_flatProgram->setUniformValue("model", QMatrix4x4());
+    m_flatProgram->setUniformValue("clipPlane", QVector4D(0, 0, 0, 1));
+    m_flatProgram->setUniformValue("flatColor", linear(backgroundColor()));
+    glBindVertexArray(m_outsideVao);
+    glBindBuffer(GL_ARRAY_BUFFER, m_outsideBuffer);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(triangles.size() * sizeof(float)),
+                 triangles.data(), GL_STREAM_DRAW);
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(triangles.size() / 3));
     glBindVertexArray(0);
-    glDisable(GL_POLYGON_OFFSET_FILL);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
     m_flatProgram->release();
 }
 
@@ -228,10 +363,7 @@ void SceneRenderer::drawMesh(const GpuMesh& mesh, const QMatrix4x4& model,
                              const SurfaceLook& look) {
     m_program->setUniformValue("model", model);
     m_program->setUniformValue("normalMatrix", model.normalMatrix());
-    m_program->setUniformValue("baseColor",
-                               QVector3D(look.baseColor[0], look.baseColor[1], look.baseColor[2]));
-    m_program->setUniformValue("metallic", look.metallic);
-    m_program->setUniformValue("roughness", look.roughness);
+    setMaterial(*m_program, look);
     glBindVertexArray(mesh.vao);
     glDrawElements(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr);
     glBindVertexArray(0);

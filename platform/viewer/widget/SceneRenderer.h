@@ -7,14 +7,16 @@
 #include <QOpenGLShaderProgram>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace pluvarine {
 
 // Draws a ViewerScene with OpenGL 3.3 (core profile): physically based shading (GGX specular,
 // Schlick Fresnel, metalness) lit by two directional lights and a sky/ground environment, so
-// that metals reflect their colour and plastics stay matt. A faint wall plane at x = 0 is drawn
-// behind the assembly as a backdrop; it is not part of the scene. Needs a current context for
-// every call; the owner calls release() with the context current before the context goes.
+// that metals reflect their colour and plastics stay matt. A flat wall at x = 0 is drawn behind
+// the assembly as a backdrop, seen from the front (-x) only; it is not part of the scene, and
+// what lies behind it does not show. Needs a current context for every call; the owner calls
+// release() with the context current before the context goes.
 class SceneRenderer : protected QOpenGLExtraFunctions {
 public:
     SceneRenderer();
@@ -27,8 +29,9 @@ public:
     void render(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
     void release();
 
-    // The clear colour (sRGB), for tests telling background from content.
+    // The colours (sRGB) around and of the wall, for tests telling them from content.
     static QColor backgroundColor();
+    static QColor wallColor();
 
 private:
     struct GpuMesh {
@@ -42,13 +45,18 @@ private:
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
     void drawMesh(const GpuMesh& mesh, const QMatrix4x4& model, const SurfaceLook& look);
-    void drawBackdrop(const ViewerScene& scene, const OrbitCamera& camera, float aspect);
+    // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene; none when the
+    // scene is empty or the camera is behind the wall.
+    static std::optional<QMatrix4x4> wallTransform(const ViewerScene& scene,
+                                                   const OrbitCamera& camera);
+    void drawAroundWall(const QMatrix4x4& wallToClip);
 
     bool m_initialized = false;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     std::unique_ptr<QOpenGLShaderProgram> m_flatProgram;
     std::map<const MeshData*, GpuMesh> m_meshes;
-    std::shared_ptr<MeshData> m_wall;
+    GLuint m_outsideVao = 0; // the background around the wall, new each frame
+    GLuint m_outsideBuffer = 0;
 };
 
 } // namespace pluvarine

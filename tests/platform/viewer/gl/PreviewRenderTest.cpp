@@ -2,6 +2,7 @@
 #include "TestGlb.h"
 #include "platform/viewer/MaterialFile.h"
 #include "platform/viewer/widget/PreviewWidget.h"
+#include "platform/viewer/widget/SceneRenderer.h"
 
 #include <QDir>
 #include <QImage>
@@ -170,6 +171,88 @@ TEST_F(PreviewRender, MetalsLookMetallicAndPlasticDoesNot) {
     EXPECT_GT(zinc, plastic * 3 / 2);
     EXPECT_GT(copper, plastic * 3 / 2);
     EXPECT_GT(alu, plastic * 3 / 2);
+}
+
+// Two signal-red boxes, one hanging in front of the wall, one standing wholly behind it.
+class WallRender : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const SurfaceLook signal{"Signal", {0.7f, 0.01f, 0.01f}, 0.0f, 0.7f};
+        const auto box = std::make_shared<MeshData>(boxMesh(0.2, 0.2, 0.6));
+        m_scene.addMesh(box, Matrix4d::translation(-0.3, 0.4, 0), signal, "front");
+        m_scene.addMesh(box, Matrix4d::translation(0.2, -0.4, 0), signal, "behind");
+    }
+
+    QImage render(const OrbitCamera& camera) {
+        PreviewWidget widget(m_scene);
+        widget.resize(692, 464);
+        widget.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&widget));
+        widget.setCamera(camera);
+        m_camera = camera;
+        return widget.grabFramebuffer();
+    }
+
+    // A camera looking at the boxes' middle from the given direction, fitted, then `zoomOut`
+    // wheel steps back.
+    OrbitCamera camera(float yaw, float zoomOut) const {
+        OrbitCamera camera;
+        camera.setView({}, 1, yaw, 10);
+        camera.fit(m_scene.bounds(), 692.0f / 464.0f);
+        camera.zoom(-zoomOut);
+        return camera;
+    }
+
+    QRgb at(const QImage& image, const QVector3D& point) const {
+        return image.pixel(m_camera.project(point, image.size()).toPoint());
+    }
+
+    ViewerScene m_scene;
+    OrbitCamera m_camera;
+};
+
+bool near(QRgb pixel, const QColor& colour) {
+    return std::abs(qRed(pixel) - colour.red()) <= 1 &&
+           std::abs(qGreen(pixel) - colour.green()) <= 1 &&
+           std::abs(qBlue(pixel) - colour.blue()) <= 1;
+}
+
+TEST_F(WallRender, FromTheFrontTheWallHidesWhatIsBehindItAndItsEdgesAreSmooth) {
+    const QImage image = render(camera(OrbitCamera::kDefaultYaw, 6));
+    image.save(QString::fromStdString(std::string(PLUVARINE_BINARY_DIR) + "/screenshots/wall.png"));
+    EXPECT_TRUE(isSignal(at(image, {-0.3f, 0.4f, 0})));
+    EXPECT_TRUE(near(at(image, {0.2f, -0.4f, 0}), SceneRenderer::wallColor()));
+    EXPECT_TRUE(near(at(image, {0, 0, 0.5f}), SceneRenderer::wallColor()));
+    const QColor background = SceneRenderer::backgroundColor();
+    EXPECT_TRUE(near(image.pixel(0, 0), background));
+    EXPECT_TRUE(near(image.pixel(image.width() - 1, image.height() - 1), background));
+    // Along the middle row the wall starts somewhere; multisampling blends the pixels its edge
+    // cuts through.
+    const int y = image.height() / 2;
+    int wallStart = -1, blended = 0;
+    for (int x = 0; x < image.width() && wallStart < 0; ++x) {
+        const QRgb c = image.pixel(x, y);
+        if (near(c, SceneRenderer::wallColor())) {
+            wallStart = x;
+        } else if (!near(c, background)) {
+            ++blended;
+        }
+    }
+    EXPECT_GT(wallStart, 10);
+    EXPECT_GE(blended, 1);
+}
+
+TEST_F(WallRender, FromBehindThereIsNoWall) {
+    const QImage image = render(camera(OrbitCamera::kDefaultYaw - 180, 6));
+    EXPECT_TRUE(isSignal(at(image, {-0.3f, 0.4f, 0})));
+    EXPECT_TRUE(isSignal(at(image, {0.2f, -0.4f, 0})));
+    int wallPixels = 0;
+    for (int y = 0; y < image.height(); y += 3) {
+        for (int x = 0; x < image.width(); x += 3) {
+            wallPixels += near(image.pixel(x, y), SceneRenderer::wallColor()) ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(wallPixels, 0);
 }
 
 } // namespace
