@@ -1,16 +1,15 @@
 #pragma once
 
 #include "assembly/Daten.h"
-#include "host/PlacementMatrix.h"
 #include "platform/tectaro/PlacedElement.h"
 
 #include <QPointF>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace pluvarine {
 class HostConnection;
+class HostRoof;
 class TectaroHost;
 } // namespace pluvarine
 
@@ -21,31 +20,30 @@ enum class Kind { Continuous, Bend42, Bend72, Kink42, Kink72 };
 // The working folder the build lays out holds the part catalogue.
 bool realPartsAvailable();
 
-// Composes the construction into a fresh scene from the build's working folder (standpipe
-// 300, clamp spacing 1800) and writes the object file as the insert command does. Returns the
-// design with the object ids.
-Daten composeObjectFile(Kind kind, double heightH, double wallOffset, const std::string& path);
+std::shared_ptr<HostRoof> roofAt(HostConnection& connection, float x, float y);
 
-// The placement matrix exactly as the macro's insert command builds it from the picked point
-// (X, Y, metres), the ground level Z (mm), the roof direction d (degrees), the wall offset W
-// and the height H (mm): a = -d - 90 - 180; four cases on d; x, y half the wall offset and
-// 8 mm per axis away from the point; z = H/2000 + 110/1000 + Z/1000. nullopt when no case
-// holds.
-std::optional<PlacementMatrix> macroMatrix(float X, float Y, float Z, double d, double W, double H);
+// What the macro reads at a point of the wall face, in its units (mm, degrees), and the height
+// H and wall offset W it derives from that.
+struct MacroReading {
+    std::int32_t face = 0; // counted from 1, as the roof data counts
+    double overhang = 0, gutterWidth = 0, roofingThickness = 0, pitch = 0, direction = 0;
+    float roofLevel = 0, groundLevel = 0;
+    double heightH = 0, wallOffset = 0;
+};
+MacroReading readRoof(HostConnection& connection, float x, float y);
 
 // One downpipe inserted into the host the way the macro does it.
 struct Inserted {
     Daten daten; // the design, with the object ids of the composed assembly
     std::shared_ptr<PlacedElement> element;
-    QPointF face;    // the picked point on the wall face
-    QPointF outward; // the face's outward normal
-    double direction = 0;
-    double overhang = 0, gutterWidth = 0, eavesHeight = 0; // metres
+    QPointF face, outward; // the picked point on the wall face and the face's outward normal
+    MacroReading roof;
+    double eavesHeight = 0; // metres
 };
 
-// The user clicks near a wall: the host moves the click onto the face; the macro reads the
-// roof data there (heightH and the wall offset as the macro derives them), composes the
-// construction, writes the object file to `file` and inserts it with its matrix.
+// The user clicks near a wall: the host moves the click onto the face; the macro reads the roof
+// there, composes the construction (standpipe 300, clamp spacing 1800), writes the object file
+// to `file` and inserts it with the placement matrix it computes.
 Inserted insertDownpipe(TectaroHost& host, HostConnection& connection, Kind kind, QPointF click,
                         const std::string& file);
 

@@ -12,12 +12,9 @@
 
 namespace pluvarine::test {
 
-inline std::string sampleHousePath() {
-    return std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json";
-}
-
 inline std::shared_ptr<const Building> sampleHouse() {
-    return std::make_shared<const Building>(Building::load(sampleHousePath()));
+    return std::make_shared<const Building>(
+        Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));
 }
 
 // Lets the event loop run until the host's queue is empty.
@@ -27,41 +24,38 @@ inline void runUntilIdle(TectaroHost& host) {
     }
 }
 
-// A macro stand-in that records every event by name, with the arguments that matter, and
-// runs an optional reaction for it.
+// A macro stand-in that records every event by name and runs an optional reaction for it;
+// maxDepth shows whether an event was ever raised inside another's handler.
 class RecordingEvents : public HostEvents {
 public:
+    struct Click {
+        bool valid;
+        float x, y;
+    };
     std::vector<std::string> names;
-    std::vector<std::shared_ptr<HostBuilding>> loadedBuildings;
-    std::vector<bool> clickValid;
-    std::vector<std::pair<float, float>> clickPoints;
+    std::vector<Click> clicks;
     std::vector<std::int32_t> buttonIds;
     std::int32_t chunksToAdd = 1;
     std::function<void(const std::string& event)> reaction;
-    int depth = 0;
-    int maxDepth = 0;
+    int depth = 0, maxDepth = 0;
 
     void exe_ProgramExit() override { record("ProgramExit"); }
     void exe_GotOneClick(bool valid, float x, float y, std::int32_t) override {
-        clickValid.push_back(valid);
-        clickPoints.emplace_back(x, y);
+        clicks.push_back({valid, x, y});
         record("GotOneClick");
     }
-    void exe_ButtonChange(std::int32_t btnId, std::int32_t evnt, std::int32_t, bool pressed, bool,
+    void exe_ButtonChange(std::int32_t id, std::int32_t evnt, std::int32_t, bool pressed, bool,
                           bool) override {
         if (evnt == 2 && pressed) {
-            buttonIds.push_back(btnId);
+            buttonIds.push_back(id);
         }
-        record("ButtonChange");
     }
     void exe_LoadComplete(bool) override { record("LoadComplete"); }
     void exe_LoadBuilding(std::shared_ptr<HostBuilding> b, std::int32_t) override {
-        loadedBuildings.push_back(b);
         record(b ? "LoadBuilding(b)" : "LoadBuilding()");
     }
-    void exe_SaveStart(const std::string&, std::int32_t, bool,
-                       std::int32_t& numChunksToSave) override {
-        numChunksToSave += chunksToAdd;
+    void exe_SaveStart(const std::string&, std::int32_t, bool, std::int32_t& chunks) override {
+        chunks += chunksToAdd;
         record("SaveStart");
     }
     void exe_SaveBuilding(std::int32_t, std::shared_ptr<HostBuilding>) override {
@@ -72,8 +66,7 @@ public:
 
 private:
     void record(const std::string& name) {
-        ++depth;
-        maxDepth = std::max(maxDepth, depth);
+        maxDepth = std::max(maxDepth, ++depth);
         names.push_back(name);
         if (reaction) {
             reaction(name);
@@ -82,27 +75,24 @@ private:
     }
 };
 
-inline constexpr const char* macroGuid = "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}";
-
-// A host with the sample house in a scratch program folder, and the macro's connection to it;
-// connectMacro() registers `events` as the macro's event sink.
+// A host with the sample house (or `building`) in a scratch program folder, and the macro's
+// connection to it; connectMacro() registers `events` as the macro's event sink.
 struct SampleHost {
     QTemporaryDir folder;
     std::unique_ptr<TectaroHost> host;
     std::unique_ptr<HostConnection> connection;
     RecordingEvents events;
 
-    SampleHost() {
+    explicit SampleHost(std::shared_ptr<const Building> building = sampleHouse()) {
         TectaroOptions options;
         options.programFolder = folder.path().toStdString();
-        options.defaultBuilding = sampleHouse();
+        options.defaultBuilding = std::move(building);
         host = std::make_unique<TectaroHost>(options);
         connection = host->createConnection();
     }
-
     bool connectMacro() {
         connection->setEventSink(&events);
-        return connection->ConnectMacro(7, "", macroGuid);
+        return connection->ConnectMacro(7, "", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}");
     }
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
     void run() { runUntilIdle(*host); }
