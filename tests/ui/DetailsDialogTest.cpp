@@ -21,7 +21,9 @@ protected:
         daten.design.heightH = 5600;
     }
     QLineEdit* field(const char* name) { return child<QLineEdit>(details, name); }
-    void adopt() { QTest::mouseClick(child<QPushButton>(details, "Command1"), Qt::LeftButton); }
+    void press(const char* button) {
+        QTest::mouseClick(child<QPushButton>(details, button), Qt::LeftButton);
+    }
 
     FrmDetails* details = nullptr;
 };
@@ -32,17 +34,13 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlain)
     EXPECT_TRUE(details->isVisible());
     EXPECT_FALSE(details->isModal());
     EXPECT_TRUE(details->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_EQ(field("txtDü")->text(), QStringLiteral(" 500"));
-    EXPECT_EQ(field("txtBd")->text(), QStringLiteral("150"));
-    EXPECT_EQ(field("txtFn")->text(), QStringLiteral("35"));
-    EXPECT_EQ(field("txtDe")->text(), QStringLiteral("40"));
-    EXPECT_EQ(field("txtH")->text(), QStringLiteral("5600"));
+    const std::pair<const char*, const char*> shown[] = {
+        {"txtDü", " 500"}, {"txtBd", "150"}, {"txtFn", "35"}, {"txtDe", "40"}, {"txtH", "5600"}};
+    for (const auto& [name, text] : shown)
+        EXPECT_EQ(field(name)->text(), QString::fromUtf8(text)) << name;
     EXPECT_EQ(child<QLabel>(details, "lblDR")->text(), QStringLiteral("270"));
-    // The main window stays usable.
     EXPECT_TRUE(main->isVisible());
-}
-
-TEST_F(DetailsDialog, FractionsFollowTheirOwnRules) {
+    // Fractions follow their own rules.
     daten.roof.roofOverhang = 0.5;
     daten.roof.roofPitch = 22.5;
     daten.roof.roofDirection = -90;
@@ -52,21 +50,13 @@ TEST_F(DetailsDialog, FractionsFollowTheirOwnRules) {
     EXPECT_EQ(child<QLabel>(details, "lblDR")->text(), QStringLiteral("-90"));
 }
 
-TEST_F(DetailsDialog, OpeningAnOpenDialogFillsItAgain) {
-    details->open();
-    field("txtBd")->setText(QStringLiteral("999"));
-    details->open();
-    EXPECT_EQ(field("txtBd")->text(), QStringLiteral("150"));
-}
-
 TEST_F(DetailsDialog, AdoptingCopiesTheOverhangSetsTheValuesRebuildsOnceAndHides) {
     details->open();
-    field("txtDü")->setText(QStringLiteral("350"));
-    field("txtBd")->setText(QStringLiteral("120"));
-    field("txtFn")->setText(QStringLiteral("30"));
-    field("txtDe")->setText(QStringLiteral("+25"));
-    field("txtH")->setText(QStringLiteral("4800"));
-    adopt();
+    const std::pair<const char*, const char*> typed[] = {
+        {"txtDü", "350"}, {"txtBd", "120"}, {"txtFn", "30"}, {"txtDe", "+25"}, {"txtH", "4800"}};
+    for (const auto& [name, text] : typed)
+        field(name)->setText(QString::fromUtf8(text));
+    press("Command1");
     EXPECT_EQ(main->overhangText(), "350");
     EXPECT_EQ(daten.roof.gutterWidth, 120);
     EXPECT_EQ(daten.roof.roofPitch, 30);
@@ -76,8 +66,7 @@ TEST_F(DetailsDialog, AdoptingCopiesTheOverhangSetsTheValuesRebuildsOnceAndHides
     EXPECT_EQ(daten.roof.roofOverhang, 500);
     EXPECT_EQ(daten.roof.roofDirection, 270);
     EXPECT_EQ(rebuilds(), 1);
-    // The rebuild saw the new values: 350 + 120 - 60.
-    EXPECT_EQ(daten.design.wallOffset, 410);
+    EXPECT_EQ(daten.design.wallOffset, 410); // the rebuild saw 350 + 120 - 60
     EXPECT_FALSE(details->isVisible());
 }
 
@@ -88,7 +77,7 @@ TEST_P(EmptyField, BlocksAdoptingWithoutNotice) {
     field(GetParam())->clear();
     if (std::string(GetParam()) != "txtBd")
         field("txtBd")->setText(QStringLiteral("77"));
-    adopt();
+    press("Command1");
     EXPECT_EQ(main->overhangText(), "0");
     EXPECT_EQ(daten.roof.gutterWidth, 150);
     EXPECT_EQ(rebuilds(), 0);
@@ -98,59 +87,48 @@ TEST_P(EmptyField, BlocksAdoptingWithoutNotice) {
 INSTANTIATE_TEST_SUITE_P(Fields, EmptyField,
                          ::testing::Values("txtDü", "txtBd", "txtFn", "txtDe", "txtH"));
 
-TEST_F(DetailsDialog, ATextThatIsNoNumberLeavesItsValue) {
+TEST_F(DetailsDialog, ATextThatIsNoNumberLeavesItsValueAnOverhangBuildsNothing) {
     details->open();
     field("txtBd")->setText(QStringLiteral("1+2"));
     field("txtFn")->setText(QStringLiteral("20"));
-    adopt();
+    field("txtDü")->setText(QStringLiteral("1+2"));
+    press("Command1");
     EXPECT_EQ(daten.roof.gutterWidth, 150);
     EXPECT_EQ(daten.roof.roofPitch, 20);
-    EXPECT_EQ(rebuilds(), 1);
-    EXPECT_FALSE(details->isVisible());
-}
-
-TEST_F(DetailsDialog, AnOverhangThatIsNoNumberBuildsNothing) {
-    details->open();
-    field("txtDü")->setText(QStringLiteral("1+2"));
-    adopt();
     EXPECT_EQ(main->overhangText(), "1+2");
     EXPECT_EQ(rebuilds(), 1);
     EXPECT_FALSE(daten.design.modelBuilt);
-}
-
-TEST_F(DetailsDialog, CloseHidesAndChangesNothing) {
-    details->open();
-    field("txtBd")->setText(QStringLiteral("77"));
-    QTest::mouseClick(child<QPushButton>(details, "Command2"), Qt::LeftButton);
     EXPECT_FALSE(details->isVisible());
-    EXPECT_EQ(daten.roof.gutterWidth, 150);
-    EXPECT_EQ(rebuilds(), 0);
 }
 
-TEST_F(DetailsDialog, ClosedThroughItsFrameItOpensAgainWithItsTexts) {
+TEST_F(DetailsDialog, CloseChangesNothingAndOpeningFillsAgain) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
     main->ApplyLanguage();
     details->open();
-    details->close();
+    field("txtBd")->setText(QStringLiteral("77"));
+    press("Command2");
     EXPECT_FALSE(details->isVisible());
+    EXPECT_EQ(daten.roof.gutterWidth, 150);
+    EXPECT_EQ(rebuilds(), 0);
+    details->open();
+    EXPECT_EQ(field("txtBd")->text(), QStringLiteral("150"));
+    field("txtBd")->setText(QStringLiteral("999"));
+    details->open(); // already open
+    EXPECT_EQ(field("txtBd")->text(), QStringLiteral("150"));
+    details->close(); // through its frame
     details->open();
     EXPECT_TRUE(details->isVisible());
     EXPECT_EQ(details->windowTitle(), QStringLiteral("Details"));
     EXPECT_EQ(child<QPushButton>(details, "Command2")->text(), QStringLiteral("Schließen"));
 }
 
-TEST_F(DetailsDialog, TheSketchShowsItsSymbolsOverThePicture) {
-    auto* picture = child<QLabel>(details, "Picture1");
-    const QImage image = picture->pixmap().toImage();
+TEST_F(DetailsDialog, TheSketchLeavesThePlacesOfItsSymbolsFree) {
+    const QImage image = child<QLabel>(details, "Picture1")->pixmap().toImage();
     EXPECT_EQ(image.size(), QSize(249, 457));
     EXPECT_FALSE(image.hasAlphaChannel());
-    // The places of the symbols are left free in the drawing.
     for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
-        for (int dx = 0; dx < 14; ++dx) {
-            for (int dy = 0; dy < 12; ++dy)
-                EXPECT_EQ(image.pixel(at + QPoint(dx, dy)), qRgb(255, 255, 255))
-                    << at.x() << "," << at.y();
-        }
+        for (int d = 0; d < 14 * 12; ++d)
+            EXPECT_EQ(image.pixel(at + QPoint(d % 14, d / 14)), qRgb(255, 255, 255)) << at.x();
     }
 }
 

@@ -6,69 +6,47 @@
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace pluvarine::test {
 namespace {
 
-class HelpWindowTest : public ::testing::Test {
-protected:
-    HelpWindowTest() {
-        QDir(folder.path()).mkpath(QStringLiteral("Tectaro.chm"));
-        QFile page(folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm")));
-        page.open(QIODevice::WriteOnly);
-        page.write(
-            "<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1></body></html>");
-    }
-    std::string address(const QString& topic) const {
-        return (folder.path() + QStringLiteral("/Tectaro.chm::") + topic).toStdString();
-    }
-    QString shownText() const { return help.browser()->toPlainText(); }
-
+TEST(HelpWindowTest, OpensTheTopicOrReportsTheProblemInTheWindow) {
     QTemporaryDir folder;
-    HelpWindow help;
-};
-
-TEST_F(HelpWindowTest, OpensTheTopicOfTheHelpFolder) {
-    help.HtmlHelp(address(QStringLiteral("/Pluvarine.htm")));
-    EXPECT_TRUE(help.isVisible());
-    EXPECT_EQ(help.shownPage(), folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm")));
-    EXPECT_TRUE(shownText().contains(QStringLiteral("Downpipe")));
-    EXPECT_EQ(help.windowTitle(), QStringLiteral("Downpipes"));
-}
-
-TEST_F(HelpWindowTest, AMissingTopicIsReportedInTheWindow) {
-    help.HtmlHelp(address(QStringLiteral("/Missing.htm")));
-    EXPECT_TRUE(help.isVisible());
-    EXPECT_TRUE(help.shownPage().isEmpty());
-    EXPECT_TRUE(shownText().contains(QStringLiteral("Missing.htm")));
-    EXPECT_TRUE(shownText().contains(QStringLiteral("cannot be found")));
-}
-
-TEST_F(HelpWindowTest, AMissingHelpFileIsReportedInTheWindow) {
-    help.HtmlHelp((folder.path() + QStringLiteral("/Nothing.chm::/Pluvarine.htm")).toStdString());
-    EXPECT_TRUE(help.isVisible());
-    EXPECT_TRUE(help.shownPage().isEmpty());
-    EXPECT_TRUE(shownText().contains(QStringLiteral("Nothing.chm")));
-}
-
-TEST_F(HelpWindowTest, AHelpFileThatIsNoFolderIsReportedInTheWindow) {
+    QDir(folder.path()).mkpath(QStringLiteral("Tectaro.chm"));
+    QFile page(folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm")));
+    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+    page.write("<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1></body></html>");
+    page.close();
     QFile packed(folder.filePath(QStringLiteral("Packed.chm")));
-    packed.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(packed.open(QIODevice::WriteOnly));
     packed.write("ITSF");
     packed.close();
-    help.HtmlHelp((packed.fileName() + QStringLiteral("::/Pluvarine.htm")).toStdString());
-    EXPECT_TRUE(help.shownPage().isEmpty());
-    EXPECT_TRUE(shownText().contains(QStringLiteral("Pluvarine.htm")));
+    // Address in the folder, whether the page is found, and a text the window shows; the topic
+    // opens after a problem.
+    const std::tuple<const char*, bool, const char*> cases[] = {
+        {"Tectaro.chm::/Missing.htm", false, "Missing.htm"},
+        {"Tectaro.chm::/Missing.htm", false, "cannot be found"},
+        {"Tectaro.chm::/Pluvarine.htm", true, "Downpipe"},
+        {"Nothing.chm::/Pluvarine.htm", false, "Nothing.chm"},
+        {"Packed.chm::/Pluvarine.htm", false, "Pluvarine.htm"}};
+    HelpWindow help;
+    for (const auto& [address, found, shows] : cases) {
+        SCOPED_TRACE(address);
+        help.HtmlHelp(
+            (folder.path() + QLatin1Char('/') + QString::fromUtf8(address)).toStdString());
+        EXPECT_TRUE(help.isVisible());
+        const QString text = help.browser()->toPlainText();
+        EXPECT_TRUE(text.contains(QString::fromUtf8(shows)));
+        EXPECT_EQ(help.shownPage(),
+                  found ? folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm")) : QString());
+        if (found) {
+            EXPECT_FALSE(text.contains(QStringLiteral("cannot be found")));
+            EXPECT_EQ(help.windowTitle(), QStringLiteral("Downpipes"));
+        }
+    }
 }
 
-TEST_F(HelpWindowTest, AfterAProblemTheTopicOpensAgain) {
-    help.HtmlHelp(address(QStringLiteral("/Missing.htm")));
-    help.HtmlHelp(address(QStringLiteral("/Pluvarine.htm")));
-    EXPECT_FALSE(help.shownPage().isEmpty());
-    EXPECT_FALSE(shownText().contains(QStringLiteral("cannot be found")));
-}
-
-// The help page the program ships: it opens, and every picture and page it refers to is there.
 TEST(ShippedHelp, ThePageAndEverythingItRefersToExist) {
     const QString folder = QStringLiteral(PLUVARINE_SOURCE_DIR "/data/help");
     QFile page(folder + QStringLiteral("/Pluvarine.htm"));
@@ -82,13 +60,11 @@ TEST(ShippedHelp, ThePageAndEverythingItRefersToExist) {
             << match.captured(1).toStdString();
     }
     EXPECT_GE(references, 1);
-
     HelpWindow help;
     help.HtmlHelp((folder + QStringLiteral("::/Pluvarine.htm")).toStdString());
     EXPECT_FALSE(help.shownPage().isEmpty());
-    const QString text = help.browser()->toPlainText();
     for (const char* word : {"Üd", "hs", "dR", "200"})
-        EXPECT_TRUE(text.contains(QString::fromUtf8(word))) << word;
+        EXPECT_TRUE(help.browser()->toPlainText().contains(QString::fromUtf8(word))) << word;
 }
 
 } // namespace

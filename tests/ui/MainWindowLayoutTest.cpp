@@ -1,11 +1,12 @@
 #include "UiTestSupport.h"
-#include "ui/CaptionButton.h"
 
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 
 namespace pluvarine::test {
 namespace {
@@ -21,7 +22,7 @@ struct Control {
     const char* text;
 };
 
-const Control mainControls[] = {
+const Control controls[] = {
     {"Frame5", "frmMain", 8, 8, 273, 105, "QGroupBox", "*"},
     {"Label2", "Frame5", 8, 24, 0, 0, "QLabel", "*"},
     {"Label1", "Frame5", 168, 24, 0, 0, "QLabel", "Üd:"},
@@ -64,9 +65,6 @@ const Control mainControls[] = {
     {"Command7", "frmMain", 552, 400, 129, 49, "QPushButton", "*"},
     {"Bild", "frmMain", 568, 336, 49, 41, "QLabel", ""},
     {"Bild2", "frmMain", 640, 360, 25, 25, "QLabel", ""},
-};
-
-const Control detailsControls[] = {
     {"Frame3", "frmDetails", 8, 8, 0, 0, "QGroupBox", "*"},
     {"Label1", "Frame3", 16, 24, 0, 0, "QLabel", "*"},
     {"txtDü", "Frame3", 128, 24, 49, 19, "QLineEdit", "*"},
@@ -89,9 +87,6 @@ const Control detailsControls[] = {
     {"lblSketchH", "Picture1", 200, 232, 0, 0, "QLabel", "H"},
     {"lblSketchhs", "Picture1", 24, 400, 0, 0, "QLabel", "hs"},
     {"Line1", "Picture1", 152, 24, 1, 17, "QWidget", ""},
-};
-
-const Control messageControls[] = {
     {"lblMessage", "frmMessage", 8, 8, 177, 41, "QLabel", "Message"},
     {"OP1", "frmMessage", 8, 56, 177, 25, "QRadioButton", "Option1"},
     {"OP2", "frmMessage", 8, 88, 185, 25, "QRadioButton", "Option2"},
@@ -113,66 +108,49 @@ QString textOf(QWidget* widget) {
     return {};
 }
 
-void checkControls(QWidget* window, const Control* begin, const Control* end) {
-    for (const Control* c = begin; c != end; ++c) {
-        SCOPED_TRACE(std::string(c->parent) + "/" + c->name);
-        QWidget* parent = window->objectName() == QString::fromUtf8(c->parent)
-                              ? window
-                              : window->findChild<QWidget*>(QString::fromUtf8(c->parent));
+TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
+    FrmDetails& details = main->frmDetails();
+    FrmMessage& message = main->frmMessage();
+    const std::pair<QWidget*, QSize> windows[] = {
+        {main.get(), {692, 464}}, {&details, {512, 495}}, {&message, {288, 119}}};
+    for (const auto& [window, size] : windows)
+        EXPECT_EQ(window->size(), size) << window->objectName().toStdString();
+    EXPECT_EQ(main->objectName(), QStringLiteral("frmMain"));
+    EXPECT_EQ(main->minimumSize(), main->maximumSize());
+    for (const Control& c : controls) {
+        SCOPED_TRACE(std::string(c.parent) + "/" + c.name);
+        QWidget* parent = nullptr;
+        for (const auto& [window, size] : windows) {
+            if (window->objectName() == QString::fromUtf8(c.parent))
+                parent = window;
+            else if (!parent)
+                parent = window->findChild<QWidget*>(QString::fromUtf8(c.parent));
+        }
         ASSERT_NE(parent, nullptr);
         auto* widget =
-            parent->findChild<QWidget*>(QString::fromUtf8(c->name), Qt::FindDirectChildrenOnly);
+            parent->findChild<QWidget*>(QString::fromUtf8(c.name), Qt::FindDirectChildrenOnly);
         ASSERT_NE(widget, nullptr);
-        EXPECT_TRUE(widget->inherits(c->kind)) << widget->metaObject()->className();
-        EXPECT_EQ(widget->pos(), QPoint(c->x, c->y));
-        if (c->width != 0) {
-            EXPECT_EQ(widget->width(), c->width);
-        }
-        if (c->height != 0) {
-            EXPECT_EQ(widget->height(), c->height);
-        }
-        if (std::string(c->text) != "*") {
-            EXPECT_EQ(textOf(widget), QString::fromUtf8(c->text));
+        EXPECT_TRUE(widget->inherits(c.kind)) << widget->metaObject()->className();
+        EXPECT_EQ(widget->pos(), QPoint(c.x, c.y));
+        EXPECT_EQ(widget->width(), c.width ? c.width : widget->width());
+        EXPECT_EQ(widget->height(), c.height ? c.height : widget->height());
+        if (std::string(c.text) != "*") {
+            EXPECT_EQ(textOf(widget), QString::fromUtf8(c.text));
         }
     }
-}
-
-TEST_F(WindowTest, MainWindowControlsStandWhereTheLayoutPutsThem) {
-    EXPECT_EQ(main->objectName(), QStringLiteral("frmMain"));
-    EXPECT_EQ(main->size(), QSize(692, 464));
-    EXPECT_EQ(main->minimumSize(), QSize(692, 464));
-    EXPECT_EQ(main->maximumSize(), QSize(692, 464));
-    checkControls(main.get(), std::begin(mainControls), std::end(mainControls));
-    // One "mm" label in each of four groups.
-    EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4);
-}
-
-TEST_F(WindowTest, DetailsDialogControlsStandWhereTheLayoutPutsThem) {
-    FrmDetails& details = main->frmDetails();
-    EXPECT_EQ(details.size(), QSize(512, 495));
-    checkControls(&details, std::begin(detailsControls), std::end(detailsControls));
-    EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
-    // The direction is shown, not edited.
-    EXPECT_EQ(details.findChild<QLineEdit*>(QStringLiteral("lblDR")), nullptr);
-}
-
-TEST_F(WindowTest, ChoiceDialogControlsStandWhereTheLayoutPutsThem) {
-    FrmMessage& message = main->frmMessage();
-    EXPECT_EQ(message.size(), QSize(288, 119));
-    checkControls(&message, std::begin(messageControls), std::end(messageControls));
-    EXPECT_FALSE(child<QRadioButton>(&message, "OP1")->isChecked());
-    EXPECT_FALSE(child<QRadioButton>(&message, "OP2")->isChecked());
+    EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4); // one "mm" each
+    EXPECT_EQ(details.findChild<QLineEdit*>(QStringLiteral("lblDR")), nullptr); // shown only
 }
 
 TEST_F(WindowTest, InitialStateOfTheMainWindow) {
     EXPECT_TRUE(child<QRadioButton>("O42")->isChecked());
     EXPECT_FALSE(child<QRadioButton>("O72")->isChecked());
-    auto* combo2 = child<QComboBox>("Combo2");
-    EXPECT_TRUE(combo2->isEditable());
-    EXPECT_EQ(combo2->count(), 0);
-    auto* materials = child<QComboBox>("cbmaterial");
-    EXPECT_FALSE(materials->isEditable());
-    auto* timer = main->findChild<QTimer*>(QStringLiteral("Timer1"));
+    EXPECT_TRUE(child<QComboBox>("Combo2")->isEditable());
+    EXPECT_EQ(child<QComboBox>("Combo2")->count(), 0);
+    EXPECT_FALSE(child<QComboBox>("cbmaterial")->isEditable());
+    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP1")->isChecked());
+    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP2")->isChecked());
+    auto* timer = child<QTimer>("Timer1");
     ASSERT_NE(timer, nullptr);
     EXPECT_EQ(timer->interval(), 100);
     EXPECT_TRUE(timer->isSingleShot());
@@ -185,40 +163,34 @@ TEST_F(WindowTest, InitialStateOfTheMainWindow) {
 
 TEST_F(WindowTest, PicturesOfTheStatedSizes) {
     EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
-    const QImage bild = main->bildPicture();
-    const QImage bild2 = main->bild2Picture();
-    EXPECT_EQ(bild.size(), QSize(30, 30));
-    EXPECT_EQ(bild2.size(), QSize(30, 30));
-    EXPECT_EQ(bild.depth(), 32);
-    EXPECT_EQ(bild2.depth(), 32);
+    EXPECT_EQ(child<QLabel>(&main->frmDetails(), "Picture1")->pixmap().size(), QSize(249, 457));
+    for (const QImage& image : {main->bildPicture(), main->bild2Picture()}) {
+        EXPECT_EQ(image.size(), QSize(30, 30));
+        EXPECT_EQ(image.depth(), 32);
+    }
     // The cursor is transparent around its cross hairs; the toolbar image is opaque.
-    EXPECT_EQ(qAlpha(bild2.pixel(0, 0)), 0);
-    EXPECT_GT(qAlpha(bild2.pixel(15, 2)), 0);
-    EXPECT_EQ(qAlpha(bild.pixel(0, 0)), 255);
+    EXPECT_EQ(qAlpha(main->bild2Picture().pixel(0, 0)), 0);
+    EXPECT_GT(qAlpha(main->bild2Picture().pixel(15, 2)), 0);
+    EXPECT_EQ(qAlpha(main->bildPicture().pixel(0, 0)), 255);
     const std::pair<const char*, QSize> buttons[] = {
         {"Command4", {33, 17}}, {"Command3", {16, 16}}, {"Command2", {16, 16}},
         {"Command6", {16, 16}}, {"Command1", {24, 24}}, {"Command7", {20, 20}}};
     for (const auto& [name, size] : buttons) {
         auto* button = child<QPushButton>(name);
-        EXPECT_FALSE(button->icon().isNull()) << name;
         EXPECT_EQ(button->iconSize(), size) << name;
         EXPECT_EQ(button->icon().pixmap(size).size(), size) << name;
     }
 }
 
-TEST_F(WindowTest, ThePreviewIsTheInjectedWidget) {
+TEST_F(WindowTest, ThePreviewIsTheInjectedWidgetAndTheWindowIsCentredOnce) {
     auto* player = new QWidget;
     FrmMain window(daten, scene, player);
     EXPECT_EQ(player->parentWidget(), &window);
     EXPECT_EQ(player->objectName(), QStringLiteral("Player"));
     EXPECT_EQ(player->geometry(), QRect(288, 8, 257, 449));
-}
-
-TEST_F(WindowTest, CentredWhenFirstShownAndNotMovedAfterwards) {
     main->show();
     const QRect area = main->screen()->availableGeometry();
-    EXPECT_EQ(main->x(), area.x() + (area.width() - 692) / 2);
-    EXPECT_EQ(main->y(), area.y() + (area.height() - 464) / 2);
+    EXPECT_EQ(main->pos(), area.topLeft() + QPoint(area.width() - 692, area.height() - 464) / 2);
     main->move(10, 20);
     main->hide();
     main->show();

@@ -2,7 +2,6 @@
 
 #include "assembly/Daten.h"
 #include "assembly/RecordingScene.h"
-#include "host/MacroCommands.h"
 #include "ui/FrmDetails.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmMessage.h"
@@ -11,25 +10,21 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTest>
-#include <QWidget>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace pluvarine::test {
 
-// The system locale (LC_ALL, read by the language module) and the active string table for the
-// duration of a test; both are put back afterwards.
+// The system locale (LC_ALL) and the active string table for one test; both are put back.
 class LanguageScope {
 public:
     LanguageScope(const char* systemLocale, int textLanguage) {
         if (const char* old = std::getenv("LC_ALL"))
             m_oldLcAll = old;
         ::setenv("LC_ALL", systemLocale, 1);
-        m_oldTextLanguage = activeTextLanguage();
         setActiveTextLanguage(textLanguage);
     }
     ~LanguageScope() {
@@ -44,17 +39,7 @@ public:
 
 private:
     std::optional<std::string> m_oldLcAll;
-    int m_oldTextLanguage = 0;
-};
-
-// Records which of the host link's buttons were pressed.
-class RecordingCommands : public MacroCommands {
-public:
-    void Command2_Click() override { calls.push_back("cancel"); }
-    void Command4_Click() override { calls.push_back("insert"); }
-    void Command5_Click() override { calls.push_back("pick"); }
-    void Command7_Click() override { calls.push_back("help"); }
-    std::vector<std::string> calls;
+    int m_oldTextLanguage = activeTextLanguage();
 };
 
 // A main window on a recording scene, without OpenGL (an empty frame is the preview).
@@ -72,13 +57,6 @@ protected:
             count += call.member == SceneMember::LoadScene ? 1 : 0;
         return count;
     }
-    int callsOf(SceneMember member) const {
-        int count = 0;
-        for (const SceneCall& call : scene.calls())
-            count += call.member == member ? 1 : 0;
-        return count;
-    }
-
     template <typename T> T* child(QObject* parent, const char* name) const {
         T* found = parent->findChild<T*>(QString::fromUtf8(name));
         EXPECT_NE(found, nullptr) << name;
@@ -91,17 +69,14 @@ protected:
     std::unique_ptr<FrmMain> main;
 };
 
-// Types one character as a keyboard would, also characters QTest::keyClicks cannot send.
-inline void typeChar(QWidget* widget, QChar character) {
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(character));
-    QApplication::sendEvent(widget, &press);
-    QKeyEvent release(QEvent::KeyRelease, Qt::Key_unknown, Qt::NoModifier, QString(character));
-    QApplication::sendEvent(widget, &release);
-}
-
+// Types as a keyboard would, also characters QTest::keyClicks cannot send.
 inline void typeText(QWidget* widget, const QString& text) {
-    for (const QChar c : text)
-        typeChar(widget, c);
+    for (const QChar c : text) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, Qt::Key_unknown, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(widget, &event);
+        }
+    }
 }
 
 } // namespace pluvarine::test
