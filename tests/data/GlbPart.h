@@ -2,10 +2,10 @@
 
 #include "data/generator/Opening.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <numbers>
 #include <stdexcept>
 #include <tiny_gltf.h>
@@ -24,30 +24,19 @@ struct GlbPart {
 
     // The part file of that stem in res/, read once per test program.
     static const GlbPart& catalogued(const std::string& stem) {
-        static std::map<std::string, std::unique_ptr<GlbPart>> cache;
-        auto& slot = cache[stem];
-        if (!slot) {
-            slot = std::make_unique<GlbPart>(std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem +
-                                             ".v3o");
-        }
-        return *slot;
+        static std::map<std::string, GlbPart> cache;
+        const std::string path = std::string(PLUVARINE_WORKFOLDER) + "/res/" + stem + ".v3o";
+        return cache.try_emplace(stem, path).first->second;
     }
 
-    // The "pluvarine" object of some extras (null if absent).
-    static const tinygltf::Value& own(const tinygltf::Value& extras) {
-        static const tinygltf::Value none;
-        return extras.IsObject() && extras.Has("pluvarine") ? extras.Get("pluvarine") : none;
-    }
-
-    // The tightly packed values of an accessor; throws on another layout or outside the buffer.
+    // The tightly packed values of an accessor; throws on another size or outside the buffer.
     template <typename T> std::vector<T> raw(int index) const {
         const auto& a = model.accessors.at(index);
         const auto& view = model.bufferViews.at(a.bufferView);
         const auto& data = model.buffers.at(view.buffer).data;
         const std::size_t n = a.count * tinygltf::GetNumComponentsInType(a.type);
         const std::size_t start = view.byteOffset + a.byteOffset;
-        if (tinygltf::GetComponentSizeInBytes(a.componentType) != sizeof(T) ||
-            a.ByteStride(view) != int(n / a.count * sizeof(T)) ||
+        if (a.ByteStride(view) != int(n / a.count * sizeof(T)) ||
             start + n * sizeof(T) > data.size()) {
             throw std::runtime_error("unexpected accessor layout");
         }
@@ -84,7 +73,7 @@ struct GlbPart {
             lo = {std::min(lo.x, v.x), std::min(lo.y, v.y), std::min(lo.z, v.z)};
             hi = {std::max(hi.x, v.x), std::max(hi.y, v.y), std::max(hi.z, v.z)};
         }
-        const auto& list = own(model.nodes.at(0).extras);
+        const auto& list = model.nodes.at(0).extras.Get("pluvarine");
         const auto vec = [](const tinygltf::Value& v) {
             return Vec3{v.Get(0).GetNumberAsDouble(), v.Get(1).GetNumberAsDouble(),
                         v.Get(2).GetNumberAsDouble()};
@@ -97,12 +86,8 @@ struct GlbPart {
     }
 
     const Opening& opening(const std::string& name) const {
-        for (const Opening& o : openings) {
-            if (o.name == name) {
-                return o;
-            }
-        }
-        throw std::runtime_error("no opening " + name);
+        const auto it = std::ranges::find(openings, name, &Opening::name);
+        return it != openings.end() ? *it : throw std::runtime_error("no opening " + name);
     }
 
     // Winding number of the closed surface about p (1 inside one solid, 0 outside): the sum of
