@@ -25,14 +25,6 @@ inline Daten makeDaten(double H, double wallOffset, double hs, double s) {
     return daten;
 }
 
-inline std::vector<std::string> opNames(const std::vector<SceneCall>& calls) {
-    std::vector<std::string> names;
-    for (const SceneCall& call : calls) {
-        names.push_back(call.op);
-    }
-    return names;
-}
-
 // Part files below res/, in placing order.
 inline std::vector<std::string> partFiles(const RecordingScene& scene) {
     std::vector<std::string> files;
@@ -40,11 +32,6 @@ inline std::vector<std::string> partFiles(const RecordingScene& scene) {
         files.push_back(object.partFile.substr(std::string(kWorkFolder).size() + 5));
     }
     return files;
-}
-
-// Height above the ground in millimetres of a scene z (the scene's origin is at H / 2).
-inline double heightMm(float sceneZ, double H) {
-    return (static_cast<double>(sceneZ) + H / 2000) * 1000;
 }
 
 // Each placement is AddPart, CurrentObject(its id), [ScaleObject], MoveObject, [RotateObject],
@@ -90,10 +77,8 @@ struct Bench {
 };
 
 // Names the instances of a parameterised test after the `name` member of the case.
-struct CaseName {
-    template <typename Case> std::string operator()(const ::testing::TestParamInfo<Case>& p) const {
-        return p.param.name;
-    }
-};
+template <typename Case> std::string caseName(const ::testing::TestParamInfo<Case>& info) {
+    return info.param.name;
+}
 
 } // namespace pluvarine::test

@@ -54,7 +54,7 @@ TEST_P(Examples, PlaceTheDocumentedParts) {
     for (int i = 0; i < c.clamps; ++i) {
         const SceneObject& clamp =
             scene.objects()[kParts.at(c.construction).size() + static_cast<std::size_t>(i)];
-        EXPECT_NEAR(heightMm((*clamp.position)[2], c.H), c.topClampMm - i * c.s, 0.006) << i;
+        EXPECT_NEAR(((*clamp.position)[2] + c.H / 2000) * 1000, c.topClampMm - i * c.s, 0.006) << i;
         EXPECT_EQ(clamp.scale, std::nullopt);
     }
 }
@@ -83,7 +83,7 @@ const Example kExamples[]{
     {"Kink42NoClamp", Kink42, 3000, 300, 2500, 1800, 0, 0.55019, 2563.96, kNoClamp},
     // W below a + 30: a negative inclined pipe, placed as computed
     {"Kink72SmallOffset", Kink72, 3000, 100, 300, 1800, 2, -0.067504, 2737.73, 2556.23}};
-INSTANTIATE_TEST_SUITE_P(Table, Examples, ::testing::ValuesIn(kExamples), CaseName());
+INSTANTIATE_TEST_SUITE_P(Table, Examples, ::testing::ValuesIn(kExamples), caseName<Example>);
 
 // A few calls bit for bit: the numbers reach the viewer rounded to single precision once.
 TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
@@ -95,7 +95,6 @@ TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
     EXPECT_EQ(pipe->scale, (std::array<float, 3>{1, 1, f(2813.5 / 500)}));
     EXPECT_EQ(pipe->position, (std::array<float, 3>{f(-0.05 - 0.3), 0, f(2813.5 / 2000 - 1.5)}));
     EXPECT_EQ(scene.objects()[2].scale, (std::array<float, 3>{f(300.0 / 100000), 0.1F, 0.1F}));
-    EXPECT_EQ(scene.objects()[2].position, (std::array<float, 3>{-0.3F, 0, 1.0F}));
     EXPECT_EQ(scene.objects()[5].position,
               (std::array<float, 3>{f(0.1167 - 0.108 + 0.004 - 0.3), 0, f(2.5458 - 1.5)}));
 
@@ -114,9 +113,9 @@ TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
     daten = makeDaten(3000, 300, 300, 1800);
     scene.LoadScene("/wf/main.v3o");
     buildConstruction(Kink42, daten, scene);
-    const double L42 = (300 - 106 - 30) / std::cos(48 * std::numbers::pi / 180);
     inclined = scene.object(daten.design.offsetPipeId);
-    EXPECT_EQ(inclined->scale, (std::array<float, 3>{1, 1, f((L42 + 30) / 500)}));
+    const double L42 = (300 - 106 - 30) / std::cos(48 * std::numbers::pi / 180) + 30;
+    EXPECT_EQ(inclined->scale, (std::array<float, 3>{1, 1, f(L42 / 500)}));
     EXPECT_EQ(inclined->rotation, (std::array<float, 4>{0, -1, 0, 42}));
     const SceneObject* kink = scene.object(daten.design.secondBendId);
     EXPECT_EQ(kink->position,
@@ -125,23 +124,21 @@ TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
 }
 
 TEST(Construction, IdsGoIntoTheRecordInEachMembersPlacingOrder) {
-    struct Case {
-        Construction construction;
-        double H, D;
-        std::vector<std::int32_t> ids; // outlet, pipe, offset pipe, bends, standpipe, cap, clamp
-    };
-    for (const Case& c : std::vector<Case>{{Continuous, 3000, 300, {1, 2, 0, 0, 0, 4, 5, 7}},
-                                           {Bend72, 5000, 600, {6, 4, 3, 1, 2, 5, 7, 10}},
-                                           {Kink72, 3000, 300, {6, 1, 2, 3, 4, 5, 7, 9}},
-                                           {Kink42, 3000, 300, {1, 2, 3, 4, 5, 6, 7, 9}}}) {
-        Daten daten = makeDaten(c.H, c.D, 300, 1800);
+    // outlet, pipe, offset pipe, the bends, standpipe, cap, last clamp
+    using Case = std::tuple<Construction, double, double, std::vector<std::int32_t>>;
+    for (const auto& [construction, H, D, ids] :
+         std::vector<Case>{{Continuous, 3000, 300, {1, 2, 0, 0, 0, 4, 5, 7}},
+                           {Bend72, 5000, 600, {6, 4, 3, 1, 2, 5, 7, 10}},
+                           {Kink72, 3000, 300, {6, 1, 2, 3, 4, 5, 7, 9}},
+                           {Kink42, 3000, 300, {1, 2, 3, 4, 5, 6, 7, 9}}}) {
+        Daten daten = makeDaten(H, D, 300, 1800);
         RecordingScene scene;
-        buildConstruction(c.construction, daten, scene);
+        buildConstruction(construction, daten, scene);
         const DesignRecord& d = daten.design;
         EXPECT_EQ(
             (std::vector<std::int32_t>{d.outletId, d.pipeId, d.offsetPipeId, d.firstBendId,
                                        d.secondBendId, d.standpipeId, d.capId, d.lastClampId}),
-            c.ids);
+            ids);
     }
 }
 
@@ -186,7 +183,7 @@ const StopCase kStops[]{{"ContinuousSpacingZero", Continuous, 3000, 300, 0, kDiv
                         {"Kink42SpacingZero", Kink42, 3000, 300, 0, kDivision},
                         {"Kink72SpacingZero", Kink72, 3000, 300, 0, kDivision},
                         {"Kink72Beyond16Bits", Kink72, 100000, 300, 2, kOverflow}};
-INSTANTIATE_TEST_SUITE_P(Faults, Stops, ::testing::ValuesIn(kStops), CaseName());
+INSTANTIATE_TEST_SUITE_P(Faults, Stops, ::testing::ValuesIn(kStops), caseName<StopCase>);
 
 } // namespace
 } // namespace pluvarine::test

