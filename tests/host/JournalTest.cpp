@@ -53,7 +53,7 @@ TEST_F(JournalTest, RecordsTheStartUpCallsWithArgumentsResultsAndErrors) {
     EXPECT_EQ(all[2]["args"][1], 0x01030204);
     EXPECT_EQ(all[2]["result"], 7);
     EXPECT_EQ(macro->hostButtonId(), 7);
-    EXPECT_TRUE(window.ended); // as without the journal: message 5000
+    EXPECT_TRUE(ended); // as without the journal: message 5000
 }
 
 TEST_F(JournalTest, RecordsEventsAndTheCallsOfTheHostsObjects) {

@@ -1,24 +1,229 @@
 #pragma once
 
-#include "Fakes.h"
-#include "assembly/Daten.h"
+#include "assembly/RecordingScene.h"
+#include "host/HostBuilding.h"
+#include "host/HostElement.h"
 #include "host/HostJournal.h"
+#include "host/HostObjectTemplate.h"
+#include "host/HostRoof.h"
+#include "host/HostRoofData.h"
+#include "host/HostRoofList.h"
 #include "host/JournalingHostConnection.h"
 #include "host/Macro.h"
 #include "ui/text/LoadText.h"
 
 #include <QTemporaryDir>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <map>
+#include <set>
+#include <sstream>
 
 namespace pluvarine::test {
 
 using ::testing::ElementsAre;
 
+// One journal for every fake, so a test sees the order of everything the macro did. Any
+// operation named in `failing` is recorded, then throws RuntimeError(HostError).
+struct CallLog {
+    std::vector<std::string> entries;
+    std::set<std::string> failing;
+
+    template <typename... Values> static std::string join(const Values&... values) {
+        std::ostringstream out;
+        out.precision(9);
+        [[maybe_unused]] const char* separator = "";
+        ((out << separator << std::boolalpha << values, separator = ", "), ...);
+        return out.str();
+    }
+    template <typename R = int, typename... Values>
+    R reply(R result, const std::string& op, const Values&... values) {
+        entries.push_back(op + "(" + join(values...) + ")");
+        if (failing.contains(op)) {
+            throw RuntimeError(RuntimeError::HostError, op + " failed");
+        }
+        return result;
+    }
+    template <typename... Values> void call(const std::string& op, const Values&... values) {
+        reply(0, op, values...);
+    }
+    // The operation names, or the entries of the given operations, in order.
+    std::vector<std::string> only(const std::set<std::string>& ops = {}) const {
+        std::vector<std::string> result;
+        for (const std::string& entry : entries) {
+            const std::string name = entry.substr(0, entry.find('('));
+            if (ops.empty() || ops.contains(name)) {
+                result.push_back(ops.empty() ? name : entry);
+            }
+        }
+        return result;
+    }
+    bool contains(const std::string& op) const { return !only({op}).empty(); }
+};
+
+inline std::string six(const std::array<float, 6>& s) {
+    return CallLog::join(s[0], s[1], s[2], s[3], s[4], s[5]);
+}
+
+// One object plays the whole building model: one roof over x 0..10 m with two faces, x 0..5
+// (height 3.1 m, overhang 0.5 m, pitch 45°, direction 180°) and x 5..10 (3.5 m, 0.3 m, 30°,
+// 90°), gutter width 0.1 m, roofing thickness 0.05 m; and the object template and its element.
+class FakeModel : public HostBuilding,
+                  public HostRoofList,
+                  public HostRoof,
+                  public HostRoofData,
+                  public HostObjectTemplate,
+                  public HostElement,
+                  public std::enable_shared_from_this<FakeModel> {
+public:
+    explicit FakeModel(CallLog& log) : m_log(log) {}
+    bool createsNothing = false;
+    std::optional<PlacementMatrix> matrix;
+
+    std::shared_ptr<HostRoofList> GetRoofList() override {
+        return m_log.reply(shared_from_this(), "GetRoofList");
+    }
+    std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t&,
+                                         std::array<float, 6>& s, bool&) override {
+        return m_log.reply(x <= 10 ? shared_from_this() : nullptr, "FindRoofAt", flag, x, y,
+                           six(s));
+    }
+    std::shared_ptr<HostRoofData> GetRoofData() override {
+        return m_log.reply(shared_from_this(), "GetRoofData");
+    }
+    std::int32_t FindRoofFaceAt(bool flag, float x, float y, float& height, std::array<float, 6>& s,
+                                bool&) override {
+        m_log.call("FindRoofFaceAt", flag, x, y, six(s));
+        height = x <= 5 ? 3.1F : 3.5F;
+        return x <= 10 ? (x <= 5 ? 0 : 1) : throw RuntimeError(RuntimeError::HostError, "no face");
+    }
+    double GetRoofingThickness() override { return m_log.reply(0.05, "GetRoofingThickness"); }
+    double GetGutterWidth() override { return m_log.reply(0.1, "GetGutterWidth"); }
+    double GetFaceOverhang(std::int32_t face, bool&) override {
+        return m_log.reply(face == 1 ? 0.5 : 0.3, "GetFaceOverhang", face);
+    }
+    double GetFacePitch(std::int32_t face) override {
+        return m_log.reply(face == 1 ? 45 : 30, "GetFacePitch", face);
+    }
+    double GetFaceDirection(std::int32_t face) override {
+        return m_log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
+    }
+    std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
+        return m_log.reply(createsNothing ? nullptr : shared_from_this(), "CreateElement",
+                           parent == nullptr ? "none" : "parent", flags);
+    }
+    void PrepareElement(bool flag) override { m_log.call("PrepareElement", flag); }
+    std::int32_t SetElementMatrix(const PlacementMatrix& m) override {
+        matrix = m_log.reply(m, "SetElementMatrix");
+        return 0;
+    }
+    std::int32_t CommitElement(bool flag) override { return m_log.reply(0, "CommitElement", flag); }
+
+private:
+    CallLog& m_log;
+};
+
+// A host connection that records every call; macro data blocks are kept in memory by id.
+class FakeHost : public HostConnection {
+public:
+    explicit FakeHost(CallLog& log) : m_log(log) {}
+    std::string programFolder;
+    std::string versionText = "Tectaro +2010 Pro";
+    bool connectResult = true;
+    std::shared_ptr<FakeModel> building;
+    std::map<std::int32_t, std::string> macroData;
+    HostEvents* sink = nullptr;
+    HostPicture buttonPicture;
+    HostPicture cursor;
+
+    void setEventSink(HostEvents* eventSink) override { sink = eventSink; }
+    std::string GetProgramFolder() override {
+        return m_log.reply(programFolder, "GetProgramFolder");
+    }
+    std::shared_ptr<HostBuilding> GetActiveBuilding() override {
+        return m_log.reply(building, "GetActiveBuilding");
+    }
+    std::string GetVersionText() override { return m_log.reply(versionText, "GetVersionText"); }
+    std::int32_t AddMacroButton(const HostPicture& picture, std::int32_t flags,
+                                const std::string& tooltip, std::int32_t code) override {
+        buttonPicture = m_log.reply(picture, "AddMacroButton", size(picture), flags, tooltip, code);
+        return 7;
+    }
+    void RequestOneClick(const std::string& text, const HostPicture& picture,
+                         std::int32_t count) override {
+        cursor = m_log.reply(picture, "RequestOneClick", "'" + text + "'", size(picture), count);
+    }
+    float GetLevelAt(float x, float y) override { return m_log.reply(0.2F, "GetLevelAt", x, y); }
+    std::shared_ptr<HostObjectTemplate> LoadObjectFile(const std::string& path,
+                                                       std::int32_t flags) override {
+        return m_log.reply(building, "LoadObjectFile", path, flags);
+    }
+    bool LoadMacroData(std::int32_t dataId, const std::string& path) override {
+        m_log.call("LoadMacroData", dataId, path);
+        if (macroData.contains(dataId)) {
+            std::ofstream(path, std::ios::binary) << macroData[dataId];
+        }
+        return macroData.contains(dataId);
+    }
+    std::int32_t SetMacroButtonState(std::int32_t id, std::int32_t a, std::int32_t b, bool shown,
+                                     bool enabled) override {
+        return m_log.reply(1, "SetMacroButtonState", id, a, b, shown, enabled);
+    }
+    void ShowPrompt(const std::string& text) override { m_log.call("ShowPrompt", text); }
+    void ShowProgress(const std::string& text, std::int32_t percentage) override {
+        m_log.call("ShowProgress", text, percentage);
+    }
+    void EndProgress() override { m_log.call("EndProgress"); }
+    bool SaveMacroData(std::int32_t dataId, const std::string& path) override {
+        m_log.call("SaveMacroData", dataId, path);
+        std::ifstream in(path, std::ios::binary);
+        macroData[dataId].assign(std::istreambuf_iterator<char>(in), {});
+        return bool(in);
+    }
+    bool ConnectMacro(std::int32_t handle, const std::string& text,
+                      const std::string& guid) override {
+        return m_log.reply(connectResult, "ConnectMacro", handle, "'" + text + "'", guid);
+    }
+
+private:
+    static std::string size(const HostPicture& picture) {
+        return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
+    }
+    CallLog& m_log;
+};
+
+// The recording scene, whose export also writes a small object file as the viewer does (and
+// fails, as the viewer's would, into a missing folder).
+class ObjectFileScene : public RecordingScene {
+public:
+    explicit ObjectFileScene(CallLog& log) : m_log(log) {}
+    void LoadScene(const std::string& sceneFile) override {
+        m_log.call("LoadScene", sceneFile);
+        RecordingScene::LoadScene(sceneFile);
+    }
+    bool SaveScene(const std::string& path, const std::string& name,
+                   const std::string& third) override {
+        m_log.call("SaveScene", path, name, "'" + third + "'");
+        if (!(std::ofstream(path, std::ios::binary) << "object " << name)) {
+            throw RuntimeError(RuntimeError::ViewerError, "cannot write " + path);
+        }
+        return RecordingScene::SaveScene(path, name, third);
+    }
+
+private:
+    CallLog& m_log;
+};
+
 // A macro wired to the fakes, in a fresh host program folder with the installed working-folder
-// tree (obj/ and destination/, empty).
-class MacroFixture : public ::testing::Test {
+// tree (obj/ and destination/, empty). The fixture itself plays the main window and the
+// program's services (message boxes, the end, help).
+class MacroFixture : public ::testing::Test,
+                     public MainWindowView,
+                     public UserMessages,
+                     public ProgramControl,
+                     public HelpViewer {
 protected:
     MacroFixture() {
         std::filesystem::create_directories(work / "obj");
@@ -33,7 +238,6 @@ protected:
         host = pendingHost.get();
         host->programFolder = dir.path().toStdString() + "/";
         host->building = model;
-        host->objectTemplate = model;
         macro = std::make_unique<Macro>(MacroEnvironment{
             [this]() -> std::unique_ptr<HostConnection> {
                 log.call("createConnection");
@@ -46,15 +250,43 @@ protected:
                 }
                 return std::move(pendingHost);
             },
-            daten, scene, [this] { log.call("rebuild"); }, window, window, window, window,
+            daten, scene, [this] { log.call("rebuild"); }, *this, *this, *this, *this,
             [this] { ++pumps; }});
     }
-
     // The start-up; afterwards the log starts empty.
     void start() {
         macro->Form_Load();
         log.entries.clear();
     }
+
+    void showWindow() override { visible = log.reply(true, "showWindow"); }
+    void hideWindow() override { visible = log.reply(false, "hideWindow"); }
+    void stayOnTop(bool on) override { topmost = log.reply(on, "stayOnTop", on); }
+    void setClickLabels(const std::string& x, const std::string& y) override {
+        labelX = log.reply(x, "setClickLabels", x, y);
+        labelY = y;
+    }
+    std::string overhangText() const override { return overhang; }
+    void setOverhangText(const std::string& text) override {
+        overhang = log.reply(text, "setOverhangText", text);
+    }
+    void enableTimer1() override { log.call("enableTimer1"); }
+    bool ApplyLanguage() override { return log.reply(russianSystem, "ApplyLanguage"); }
+    void fillMaterialList() override { log.call("fillMaterialList"); }
+    std::int32_t windowHandle() const override { return 4711; }
+    QImage bildPicture() const override { return picture(Qt::blue); }
+    QImage bild2Picture() const override { return picture(Qt::red); }
+    static QImage picture(Qt::GlobalColor colour) {
+        QImage image(30, 30, QImage::Format_RGB32);
+        image.fill(colour);
+        return image;
+    }
+    void showMessage(const std::string& text, Icon icon) override {
+        log.call(icon == Icon::Critical ? "criticalMessage" : "message", text);
+    }
+    void endProgram() override { ended = log.reply(true, "endProgram"); }
+    bool hasEnded() const override { return ended; }
+    void HtmlHelp(const std::string& fileAndTopic) override { log.call("HtmlHelp", fileAndTopic); }
 
     std::string objFile(const std::string& name) const { return (work / "obj" / name).string(); }
     static std::string readFile(const std::filesystem::path& path) {
@@ -74,7 +306,13 @@ protected:
     FakeHost* host = nullptr;
     Daten daten;
     ObjectFileScene scene{log};
-    FakeWindow window{log};
+    bool russianSystem = false; // ApplyLanguage asks to skip the version check
+    bool visible = false;
+    bool topmost = false;
+    bool ended = false;
+    std::string overhang;
+    std::string labelX = ".....";
+    std::string labelY = ".....";
     int pumps = 0;
     bool connectionCannotBeCreated = false;
     std::unique_ptr<HostJournal> journal; // when set, the connection is journaled

@@ -103,7 +103,7 @@ TEST_F(ProjectEventsTest, LoadErrorsShowTheFixedGermanTextAndLoadingGoesOn) {
     };
     EXPECT_THAT(log.only({"message"}),
                 ElementsAre(text("SetMacroButtonState failed"), text("LoadMacroData failed")));
-    EXPECT_FALSE(window.ended);
+    EXPECT_FALSE(ended);
 }
 
 TEST_F(ProjectEventsTest, ADamagedArchiveIsReportedAndLeavesObjAlone) {
@@ -153,9 +153,9 @@ TEST_F(ProjectEventsTest, ANewProjectEnablesTheButtonAndProgramExitEndsAtOnce) {
     macro->exe_NewCurrentProject();
     EXPECT_THAT(log.entries, ElementsAre(enable));
     log.entries.clear();
-    window.visible = true;
+    visible = true;
     macro->exe_ProgramExit();
-    EXPECT_TRUE(window.ended);
+    EXPECT_TRUE(ended);
     EXPECT_THAT(log.entries, ElementsAre("endProgram()"));
 }
 
