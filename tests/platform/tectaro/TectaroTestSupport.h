@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "host/HostEvents.h"
 #include "platform/tectaro/Building.h"
 #include "platform/tectaro/TectaroHost.h"
@@ -7,6 +8,8 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <functional>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,27 @@ namespace pluvarine::test {
 inline std::shared_ptr<const Building> sampleHouse() {
     return std::make_shared<const Building>(
         Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));
+}
+
+// A file entry set to a bad value: `parse` refuses it with an error that names the entry.
+struct BadEntry {
+    const char* pointer;
+    nlohmann::json value;
+    const char* mentions;
+};
+template <typename Parse>
+void expectRefused(const nlohmann::json& good, std::initializer_list<BadEntry> cases, Parse parse) {
+    for (const BadEntry& c : cases) {
+        nlohmann::json broken = good;
+        broken[nlohmann::json::json_pointer(c.pointer)] = c.value;
+        try {
+            parse(broken);
+            ADD_FAILURE() << c.pointer << " was accepted";
+        } catch (const RuntimeError& error) {
+            EXPECT_NE(error.description().find(c.mentions), std::string::npos)
+                << c.pointer << ": " << error.description();
+        }
+    }
 }
 
 // Lets the event loop run until the host's queue is empty.
