@@ -29,8 +29,9 @@ struct GlbPart {
         return cache.try_emplace(stem, path).first->second;
     }
 
-    // The tightly packed values of an accessor; throws on another size or outside the buffer.
-    template <typename T> std::vector<T> raw(int index) const {
+    // The values of a tightly packed accessor of T, as Out; throws on another layout or outside
+    // the buffer.
+    template <typename T, typename Out = T> std::vector<Out> raw(int index) const {
         const auto& a = model.accessors.at(index);
         const auto& view = model.bufferViews.at(a.bufferView);
         const auto& data = model.buffers.at(view.buffer).data;
@@ -40,9 +41,9 @@ struct GlbPart {
             start + n * sizeof(T) > data.size()) {
             throw std::runtime_error("unexpected accessor layout");
         }
-        std::vector<T> out(n);
-        std::memcpy(out.data(), data.data() + start, n * sizeof(T));
-        return out;
+        std::vector<T> packed(n);
+        std::memcpy(packed.data(), data.data() + start, n * sizeof(T));
+        return {packed.begin(), packed.end()};
     }
 
     explicit GlbPart(const std::string& path) {
@@ -61,13 +62,10 @@ struct GlbPart {
                 out->push_back({f[i], f[i + 1], f[i + 2]});
             }
         }
-        if (model.accessors.at(primitive.indices).componentType ==
-            TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT) {
-            indices = raw<std::uint32_t>(primitive.indices);
-        } else {
-            const auto shorts = raw<std::uint16_t>(primitive.indices);
-            indices.assign(shorts.begin(), shorts.end());
-        }
+        const bool wide = model.accessors.at(primitive.indices).componentType ==
+                          TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT;
+        indices = wide ? raw<std::uint32_t>(primitive.indices)
+                       : raw<std::uint16_t, std::uint32_t>(primitive.indices);
         lo = hi = positions.at(0);
         for (const Vec3& v : positions) {
             lo = {std::min(lo.x, v.x), std::min(lo.y, v.y), std::min(lo.z, v.z)};
