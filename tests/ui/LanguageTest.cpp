@@ -2,7 +2,6 @@
 #include "ui/text/LanguageM.h"
 
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 
@@ -87,13 +86,7 @@ protected:
         if (std::string(c.control).empty())
             return window->windowTitle();
         auto* control = window->findChild<QWidget*>(QString::fromUtf8(c.control));
-        if (control == nullptr)
-            return QStringLiteral("<missing>");
-        if (auto* group = qobject_cast<QGroupBox*>(control))
-            return group->title();
-        if (auto* label = qobject_cast<QLabel*>(control))
-            return label->text();
-        return qobject_cast<QAbstractButton*>(control)->text();
+        return control ? shownText(control) : QStringLiteral("<missing>");
     }
 };
 

@@ -1,7 +1,6 @@
 #include "UiTestSupport.h"
 
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -94,20 +93,6 @@ const Control controls[] = {
     {"Command2", "frmMessage", 192, 64, 89, 41, "QPushButton", "*"},
 };
 
-QString textOf(QWidget* widget) {
-    if (auto* label = qobject_cast<QLabel*>(widget))
-        return label->text();
-    if (auto* edit = qobject_cast<QLineEdit*>(widget))
-        return edit->text();
-    if (auto* button = qobject_cast<QAbstractButton*>(widget))
-        return button->text();
-    if (auto* combo = qobject_cast<QComboBox*>(widget))
-        return combo->currentText();
-    if (auto* group = qobject_cast<QGroupBox*>(widget))
-        return group->title();
-    return {};
-}
-
 TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
     FrmDetails& details = main->frmDetails();
     FrmMessage& message = main->frmMessage();
@@ -135,7 +120,7 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
         EXPECT_EQ(widget->width(), c.width ? c.width : widget->width());
         EXPECT_EQ(widget->height(), c.height ? c.height : widget->height());
         if (std::string(c.text) != "*") {
-            EXPECT_EQ(textOf(widget), QString::fromUtf8(c.text));
+            EXPECT_EQ(shownText(widget), QString::fromUtf8(c.text));
         }
     }
     EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4); // one "mm" each

@@ -7,6 +7,7 @@
 #include "ui/FrmMessage.h"
 #include "ui/text/LoadText.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTest>
@@ -63,11 +64,24 @@ protected:
         return found;
     }
     template <typename T> T* child(const char* name) const { return child<T>(main.get(), name); }
+    void click(QObject* parent, const char* name) const {
+        QTest::mouseClick(child<QAbstractButton>(parent, name), Qt::LeftButton);
+    }
+    void click(const char* name) const { click(main.get(), name); }
 
     Daten daten;
     RecordingScene scene;
     std::unique_ptr<FrmMain> main;
 };
+
+// The caption or text a control shows.
+inline QString shownText(const QWidget* widget) {
+    for (const char* property : {"text", "title", "currentText"}) {
+        if (const QVariant value = widget->property(property); value.isValid())
+            return value.toString();
+    }
+    return {};
+}
 
 // Types as a keyboard would, also characters QTest::keyClicks cannot send.
 inline void typeText(QWidget* widget, const QString& text) {
