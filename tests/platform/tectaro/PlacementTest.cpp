@@ -137,15 +137,3 @@ TEST(TectaroPlacement, TheBoxCentreLandsOnTheMatrixWhichActsOnColumnVectors) {
     expectAt({0, 0, 0}, {5.008f, 0.092f, 1.11f});      // the back plane nearer the wall
     expectAt({-0.2f, 0, 0}, {5.008f, -0.108f, 1.11f}); // the front further out
 }
-
-TEST(TectaroPlacement, EverySideTurnsTheFrontOutwards) {
-    // The object's front (-x) goes along (sin d, -cos d).
-    for (double d : {0.0, 90.0, 180.0, 270.0, 360.0, 45.0, 200.0}) {
-        const auto m = elementPlacement({d, 0, 0, 0, 0, 0});
-        ASSERT_TRUE(m) << d;
-        const QVector3D front = TectaroPlacement::worldTransform(*m, {-1, 0, 0}, {0, 0, 0})
-                                    .mapVector(QVector3D(-1, 0, 0));
-        const double a = d * std::numbers::pi / 180;
-        EXPECT_LT((front - QVector3D(std::sin(a), -std::cos(a), 0)).length(), 1e-6f) << d;
-    }
-}
