@@ -66,63 +66,47 @@ TEST_F(InsertionTest, ExportsLoadsPlacesCountsAndEndsTheDesign) {
     EXPECT_EQ(daten.roof.roofDirection, 180);
 }
 
-TEST_F(InsertionTest, TheCounterNamesTheFilesOfTwoInsertionsWithoutDataIni) {
-    macro->Command4_Click();
-    macro->Command4_Click();
-    EXPECT_THAT(log.only({"SaveScene"}), ElementsAre(saved(" 1.tob"), saved(" 2.tob")));
-    EXPECT_EQ(macro->objectCounter(), 3);
-    EXPECT_NE(readFile(work / "obj" / "Data.ini").find("EINTRAG= 2"), std::string::npos);
+TEST_F(InsertionTest, TheCounterNamesTheFilesOfTwoInsertions) {
+    // Data.ini (none at first), the files written, the counter afterwards, the number stored.
+    const std::tuple<const char*, const char*, const char*, int, const char*> table[] = {
+        {"", " 1.tob", " 2.tob", 3, "2"},
+        {"[Sektion]\r\nEintrag= 41\r\n", " 42.tob", " 43.tob", 44, "43"},
+        {"[SEKTION]\r\nEINTRAG= 32766\r\n", " 32767.tob", " 32767.tob", 32767, "32767"}};
+    for (const auto& [dataIni, first, second, counter, stored] : table) {
+        restartWith(dataIni);
+        macro->Command4_Click();
+        macro->Command4_Click();
+        EXPECT_THAT(log.only({"SaveScene"}), ElementsAre(saved(first), saved(second)));
+        EXPECT_EQ(macro->objectCounter(), counter);
+        EXPECT_EQ(ReadIni(macro->settingsFile(), "sektion", "eintrag"), stored);
+    }
 }
 
-TEST_F(InsertionTest, TheCounterContinuesFromDataIni) {
-    restartWith("[Sektion]\r\nEintrag= 41\r\n");
-    ASSERT_EQ(macro->objectCounter(), 42);
-    macro->Command4_Click();
-    macro->Command4_Click();
-    EXPECT_THAT(log.only({"SaveScene"}), ElementsAre(saved(" 42.tob"), saved(" 43.tob")));
-    EXPECT_EQ(macro->objectCounter(), 44);
-    EXPECT_EQ(ReadIni(macro->settingsFile(), "SEKTION", "EINTRAG"), "43");
-}
-
-TEST_F(InsertionTest, TheCounterStopsAtTheTopOfItsRange) {
-    restartWith("[SEKTION]\r\nEINTRAG= 32766\r\n");
-    ASSERT_EQ(macro->objectCounter(), 32767);
-    macro->Command4_Click();
-    macro->Command4_Click(); // reuses the last file name
-    EXPECT_EQ(macro->objectCounter(), 32767);
-    EXPECT_THAT(log.only({"SaveScene"}), ElementsAre(saved(" 32767.tob"), saved(" 32767.tob")));
-}
-
-TEST_F(InsertionTest, WithoutTheObjFolderTheInsertionFailsAndTheCounterRestartsAtOne) {
-    macro->Command4_Click();
+TEST_F(InsertionTest, AFailingStepIsSkippedAndTheDesignStillEnds) {
+    // The failing operation, whether the template creates no element, a call then left out.
+    const std::tuple<const char*, bool, const char*> table[] = {
+        {"LoadObjectFile", false, "CreateElement"},
+        {"", true, "PrepareElement"},
+        {"PrepareElement", false, "none"}};
+    for (const auto& [failing, createsNothing, leftOut] : table) {
+        restartWith("");
+        log.failing = {failing};
+        model->createsNothing = createsNothing;
+        const int counter = macro->objectCounter();
+        macro->Command4_Click();
+        EXPECT_FALSE(log.contains(leftOut)) << leftOut;
+        EXPECT_EQ(macro->objectCounter(), counter + 1);
+        EXPECT_TRUE(log.contains("SetMacroButtonState"));
+        expectDesignEnded();
+    }
+    // Each placement call is made even when the one before failed.
+    EXPECT_THAT(log.only({"PrepareElement", "SetElementMatrix", "CommitElement"}),
+                ElementsAre("PrepareElement(true)", "SetElementMatrix()", "CommitElement(true)"));
+    // Without the obj folder the export fails and the counter restarts at 1.
     std::filesystem::remove_all(work / "obj");
     macro->Command4_Click();
     EXPECT_EQ(macro->objectCounter(), 1);
     expectDesignEnded();
-}
-
-TEST_F(InsertionTest, AFailedLoadStillCountsRestoresTheButtonAndEndsTheDesign) {
-    log.failing = {"LoadObjectFile"};
-    macro->Command4_Click();
-    EXPECT_FALSE(log.contains("CreateElement"));
-    EXPECT_EQ(macro->objectCounter(), 2);
-    EXPECT_TRUE(log.contains("SetMacroButtonState"));
-    expectDesignEnded();
-}
-
-TEST_F(InsertionTest, AnElementThatWasNotCreatedIsNotPlaced) {
-    model->createsNothing = true;
-    macro->Command4_Click();
-    EXPECT_FALSE(log.contains("PrepareElement"));
-    EXPECT_EQ(macro->objectCounter(), 2);
-    expectDesignEnded();
-}
-
-TEST_F(InsertionTest, EachPlacementCallIsMadeEvenWhenTheOneBeforeFailed) {
-    log.failing = {"PrepareElement"};
-    macro->Command4_Click();
-    EXPECT_THAT(log.only({"PrepareElement", "SetElementMatrix", "CommitElement"}),
-                ElementsAre("PrepareElement(true)", "SetElementMatrix()", "CommitElement(true)"));
 }
 
 TEST_F(InsertionTest, ADirectionOutsideTheCasesLeavesTheElementUnplaced) {
