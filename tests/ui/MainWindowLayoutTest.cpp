@@ -125,45 +125,36 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
     }
     EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4); // one "mm" each
     EXPECT_EQ(details.findChild<QLineEdit*>(QStringLiteral("lblDR")), nullptr); // shown only
+    EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
+    for (const char* option : {"OP1", "OP2"})
+        EXPECT_FALSE(child<QRadioButton>(&message, option)->isChecked());
 }
 
-TEST_F(WindowTest, InitialStateOfTheMainWindow) {
+TEST_F(WindowTest, InitialStateAndPicturesOfTheMainWindow) {
     EXPECT_TRUE(child<QRadioButton>("O42")->isChecked());
     EXPECT_FALSE(child<QRadioButton>("O72")->isChecked());
     EXPECT_TRUE(child<QComboBox>("Combo2")->isEditable());
     EXPECT_EQ(child<QComboBox>("Combo2")->count(), 0);
     EXPECT_FALSE(child<QComboBox>("cbmaterial")->isEditable());
-    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP1")->isChecked());
-    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP2")->isChecked());
     auto* timer = child<QTimer>("Timer1");
-    ASSERT_NE(timer, nullptr);
-    EXPECT_EQ(timer->interval(), 100);
-    EXPECT_TRUE(timer->isSingleShot());
-    EXPECT_FALSE(timer->isActive());
+    EXPECT_TRUE(timer->interval() == 100 && timer->isSingleShot() && !timer->isActive());
     EXPECT_FALSE(main->dialogsCreated());
-    // The host's two pictures are held, not shown.
+    // The host's two pictures are held, not shown: the opaque toolbar image and the cursor,
+    // transparent around its cross hairs.
     EXPECT_FALSE(child<QLabel>("Bild")->isVisibleTo(main.get()));
     EXPECT_FALSE(child<QLabel>("Bild2")->isVisibleTo(main.get()));
-}
-
-TEST_F(WindowTest, PicturesOfTheStatedSizes) {
-    EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
-    EXPECT_EQ(child<QLabel>(&main->frmDetails(), "Picture1")->pixmap().size(), QSize(249, 457));
-    for (const QImage& image : {main->bildPicture(), main->bild2Picture()}) {
-        EXPECT_EQ(image.size(), QSize(30, 30));
-        EXPECT_EQ(image.depth(), 32);
-    }
-    // The cursor is transparent around its cross hairs; the toolbar image is opaque.
+    for (const QImage& image : {main->bildPicture(), main->bild2Picture()})
+        EXPECT_TRUE(image.size() == QSize(30, 30) && image.depth() == 32);
+    EXPECT_EQ(qAlpha(main->bildPicture().pixel(0, 0)), 255);
     EXPECT_EQ(qAlpha(main->bild2Picture().pixel(0, 0)), 0);
     EXPECT_GT(qAlpha(main->bild2Picture().pixel(15, 2)), 0);
-    EXPECT_EQ(qAlpha(main->bildPicture().pixel(0, 0)), 255);
+    EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
     const std::pair<const char*, QSize> buttons[] = {
         {"Command4", {33, 17}}, {"Command3", {16, 16}}, {"Command2", {16, 16}},
         {"Command6", {16, 16}}, {"Command1", {24, 24}}, {"Command7", {20, 20}}};
     for (const auto& [name, size] : buttons) {
-        auto* button = child<QPushButton>(name);
-        EXPECT_EQ(button->iconSize(), size) << name;
-        EXPECT_EQ(button->icon().pixmap(size).size(), size) << name;
+        EXPECT_EQ(child<QPushButton>(name)->iconSize(), size) << name;
+        EXPECT_EQ(child<QPushButton>(name)->icon().pixmap(size).size(), size) << name;
     }
 }
 
@@ -171,7 +162,7 @@ TEST_F(WindowTest, ThePreviewIsTheInjectedWidgetAndTheWindowIsCentredOnce) {
     auto* player = new QWidget;
     FrmMain window(daten, scene, player);
     EXPECT_EQ(player->parentWidget(), &window);
-    EXPECT_EQ(player->objectName(), QStringLiteral("Player"));
+    EXPECT_EQ(player, window.findChild<QWidget*>(QStringLiteral("Player")));
     EXPECT_EQ(player->geometry(), QRect(288, 8, 257, 449));
     main->show();
     const QRect area = main->screen()->availableGeometry();
