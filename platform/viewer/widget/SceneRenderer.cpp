@@ -31,15 +31,18 @@ void main() {
 
 // Cook-Torrance with GGX distribution, Smith-Schlick geometry and Schlick Fresnel; the
 // environment is a sky-over-ground gradient looked up along the reflection, blurred towards
-// its average with roughness. llvmpipe runs this once per sample, so what depends only on the
-// material comes in as uniforms, and pow() (a log and an exp per channel) gives way to products,
-// square roots and exp2 where the result is the same to the eye.
+// its average with roughness. llvmpipe runs this for every 4 x 4 pixel block a triangle touches,
+// and the thin triangles of a pipe seen whole touch each block several times: so what depends
+// only on the material comes in as uniforms, and pow() (a log and an exp per channel) and
+// divisions give way to products, square roots and exp2 where the 8-bit result stays the same
+// to within two steps.
 const char* kFragmentShader = R"(#version 330 core
 in vec3 worldPosition;
 in vec3 worldNormal;
 uniform vec3 cameraPosition;
 uniform vec3 f0;                // Fresnel at normal incidence
 uniform vec3 diffuseColor;      // (1 - metallic) * base colour
+uniform vec3 diffuseLight;      // (1 - f0) * diffuseColor / pi
 uniform vec3 ambientFresnelMax; // max(1 - roughness, f0)
 uniform float specularScale;    // a^2 / (4 pi), a = roughness^2
 uniform float a2Minus1;         // a^2 - 1
@@ -65,8 +68,9 @@ float pow5(float x) {
 vec3 environment(vec3 r) {
     float t = r.z;
     // Above the horizon t^0.6, here as 0.741 sqrt(t) + 0.259 t: the two differ by less than
-    // 0.014, and the colours they blend differ by less than 0.15.
-    float blend = t > 0.0 ? 0.741 * sqrt(t) + 0.259 * t : sqrt(min(-3.0 * t, 1.0));
+    // 0.014, and the colours they blend differ by less than 0.15. Below it sqrt(3 |t|).
+    float root = sqrt(t > 0.0 ? t : min(-3.0 * t, 1.0));
+    float blend = t > 0.0 ? root * (0.741 + 0.259 * root) : root;
     vec3 sharp = mix(horizonColor, t > 0.0 ? skyColor : groundColor, blend);
     // Two bright panels at about eye height on either side of the default view direction:
     // a pipe seen from a little above mirrors them as streaks, which is what makes a metal
@@ -77,21 +81,25 @@ vec3 environment(vec3 r) {
     return mix(sharp, average, environmentBlur);
 }
 
-// D G F / (4 nv nl) times nl: nv cancels against the geometry term, one division remains.
+// One light's share, as scalars for Schlick's Fresnel F = f0 + (1 - f0) s: the diffuse weight
+// (1 - s) E and the specular weight D G / (4 nv nl) E, alone and times s, where E = radiance nl.
+// nv cancels against the geometry term; one division remains.
 vec3 light(vec3 n, vec3 v, float geometryV, vec3 l, float radiance) {
     vec3 h = normalize(v + l);
     float nl = max(dot(n, l), 0.0);
     float nh = max(dot(n, h), 0.0);
-    vec3 f = f0 + (1.0 - f0) * pow5(1.0 - max(dot(h, v), 0.0));
+    float s = pow5(1.0 - max(dot(h, v), 0.0));
     float d = nh * nh * a2Minus1 + 1.0;
-    float specular = specularScale / (d * d * geometryV * (nl * (1.0 - geometryK) + geometryK));
-    return ((1.0 - f) * diffuseColor * (1.0 / PI) + specular * f) * (radiance * nl);
+    float e = radiance * nl;
+    float specular = e * specularScale / (d * d * geometryV * (nl * (1.0 - geometryK) + geometryK));
+    return vec3(e * (1.0 - s), specular, specular * s);
 }
 
-// x^(1/2.2) on 0..1 from two square roots, within 0.75 of a step of 8-bit output.
-vec3 encodeGamma(vec3 x) {
-    vec3 s = sqrt(clamp(x, 0.0, 1.0));
-    return 0.980264 * s + 0.083123 * sqrt(s) - 0.065009 * s * s;
+// The highlight roll-off x / (1 + 0.35 x), then x^(1/2.2), as one polynomial in sqrt(x):
+// within 0.73 of a step of 8-bit output, without a division.
+vec3 toneAndGamma(vec3 x) {
+    vec3 s = sqrt(clamp(x, 0.0, 1.0 / 0.65));
+    return s * (1.308531 + s * (-0.976061 + s * (1.234622 + s * (-0.991897 + s * 0.297153))));
 }
 
 void main() {
@@ -101,15 +109,15 @@ void main() {
     if (facing < 0.0) n = -n; // two-sided, whatever the winding or mirroring
     float nv = max(abs(facing), 1e-4);
     float geometryV = nv * (1.0 - geometryK) + geometryK;
-    vec3 color = light(n, v, geometryV, keyLight, 2.6) + light(n, v, geometryV, fillLight, 0.9);
+    vec3 w = light(n, v, geometryV, keyLight, 2.6) + light(n, v, geometryV, fillLight, 0.9);
+    vec3 color = diffuseLight * w.x + f0 * w.y + (1.0 - f0) * w.z;
     // A faint light from below the horizon, diffuse only.
     color += (0.35 / PI) * diffuseColor * max(dot(n, lowLight), 0.0);
     vec3 fr = f0 + (ambientFresnelMax - f0) * pow5(1.0 - nv);
     vec3 hemisphere = mix(groundColor, skyColor, 0.5 + 0.5 * n.z);
     color += (1.0 - fr) * diffuseColor * hemisphere * 0.55;
     color += fr * environment(reflect(-v, n)) * environmentWeight;
-    color = color / (1.0 + 0.35 * color); // soft highlight roll-off
-    fragColor = vec4(encodeGamma(color), 1.0);
+    fragColor = vec4(toneAndGamma(color), 1.0);
 }
 )";
 
@@ -196,6 +204,8 @@ void setMaterial(QOpenGLShaderProgram& program, const SurfaceLook& look) {
     const float a2 = rough * rough * rough * rough;
     program.setUniformValue("f0", f0);
     program.setUniformValue("diffuseColor", base * (1 - metal));
+    program.setUniformValue("diffuseLight",
+                            (QVector3D(1, 1, 1) - f0) * base * (1 - metal) / 3.14159265f);
     program.setUniformValue("ambientFresnelMax",
                             QVector3D(std::max(1 - rough, f0.x()), std::max(1 - rough, f0.y()),
                                       std::max(1 - rough, f0.z())));
