@@ -164,7 +164,7 @@ TEST_F(EventsFixture, OneClickIsAnsweredOnTheWallFaceOrInvalidWithTheClickedPoin
     EXPECT_EQ(host->prompt(), "Please click on the outside of the wall!");
     EXPECT_TRUE(host->click({10.2, 4.5}));
     EXPECT_TRUE(host->prompt().empty());
-    EXPECT_TRUE(events.names.empty()) << "the answer is queued";
+    EXPECT_TRUE(events.clicks.empty()) << "the answer is queued";
     EXPECT_FALSE(host->click({10.2, 4.5})) << "one click only";
     for (QPointF p : {QPointF(5, 4), QPointF(5, 0.3), QPointF(30, 30), QPointF(5, -0.5)}) {
         connection->RequestOneClick("", HostPicture{cursor}, 1);

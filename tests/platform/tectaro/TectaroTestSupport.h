@@ -1,17 +1,20 @@
 #pragma once
 
 #include "base/RuntimeError.h"
+#include "host/HostBuilding.h"
 #include "host/HostEvents.h"
-#include "platform/tectaro/Building.h"
+#include "host/HostRoof.h"
+#include "host/HostRoofData.h"
+#include "host/HostRoofList.h"
 #include "platform/tectaro/TectaroHost.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
+#include <numbers>
 
 namespace pluvarine::test {
 
@@ -41,13 +44,6 @@ void expectRefused(const nlohmann::json& good, std::initializer_list<BadEntry> c
     }
 }
 
-// Lets the event loop run until the host's queue is empty.
-inline void runUntilIdle(TectaroHost& host) {
-    for (int turn = 0; turn < 10000 && host.busy(); ++turn) {
-        QCoreApplication::processEvents();
-    }
-}
-
 // A macro stand-in that records every event by name and runs an optional reaction for it;
 // maxDepth shows whether an event was ever raised inside another's handler.
 class RecordingEvents : public HostEvents {
@@ -66,7 +62,6 @@ public:
     void exe_ProgramExit() override { record("ProgramExit"); }
     void exe_GotOneClick(bool valid, float x, float y, std::int32_t) override {
         clicks.push_back({valid, x, y});
-        record("GotOneClick");
     }
     void exe_ButtonChange(std::int32_t id, std::int32_t evnt, std::int32_t, bool pressed, bool,
                           bool) override {
@@ -119,7 +114,51 @@ struct SampleHost {
         return connection->ConnectMacro(7, "", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}");
     }
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
-    void run() { runUntilIdle(*host); }
+    // Lets the event loop run until the host's queue is empty.
+    void run() {
+        for (int turn = 0; turn < 10000 && host->busy(); ++turn) {
+            QCoreApplication::processEvents();
+        }
+    }
+    std::shared_ptr<HostRoof> roofAt(float x, float y) {
+        std::int32_t ignored = 0;
+        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
+        bool flag = false;
+        return connection->GetActiveBuilding()->GetRoofList()->FindRoofAt(true, x, y, ignored, six,
+                                                                          flag);
+    }
+};
+
+// What the macro reads at a point of the wall face, in its units (mm, degrees), and the height
+// H and wall offset W it derives from that.
+struct MacroReading {
+    std::int32_t face = 0; // counted from 1, as the roof data counts
+    double overhang = 0, gutterWidth = 0, roofingThickness = 0, pitch = 0, direction = 0;
+    float roofLevel = 0, groundLevel = 0;
+    double heightH = 0, wallOffset = 0;
+
+    MacroReading(SampleHost& sample, float x, float y) {
+        const auto roof = sample.roofAt(x, y);
+        if (!roof) {
+            ADD_FAILURE() << "no roof at " << x << "," << y;
+            return;
+        }
+        const auto data = roof->GetRoofData();
+        float s = 0;
+        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
+        bool ignored = false;
+        face = roof->FindRoofFaceAt(true, x, y, s, six, ignored) + 1;
+        gutterWidth = data->GetGutterWidth() * 1000;
+        roofingThickness = data->GetRoofingThickness() * 1000;
+        pitch = data->GetFacePitch(face);
+        direction = data->GetFaceDirection(face);
+        overhang = data->GetFaceOverhang(face, ignored) * 1000;
+        roofLevel = s * 1000.0f - 100.0f;
+        groundLevel = sample.connection->GetLevelAt(x, y) * 1000.0f;
+        heightH =
+            (roofLevel - groundLevel) - overhang * std::tan(pitch * std::numbers::pi / 180) + 60;
+        wallOffset = overhang + gutterWidth - 60; // as the rebuild derives it
+    }
 };
 
 } // namespace pluvarine::test
