@@ -52,10 +52,10 @@ TEST_F(InsertionTest, ExportsLoadsPlacesCountsAndEndsTheDesign) {
                             "CommitElement(true)", "SetMacroButtonState(7, 1, 0, true, true)",
                             "setOverhangText(0)", "hideWindow()"));
     EXPECT_TRUE(std::filesystem::exists(file));
-    ASSERT_TRUE(model->matrix);
-    EXPECT_NEAR(model->matrix->at(0, 3), 4.242, 1e-6); // X, Y, W, H and Z reach the placement
-    EXPECT_NEAR(model->matrix->at(1, 3), -2.212, 1e-6);
-    EXPECT_NEAR(model->matrix->at(2, 3), 1.735, 1e-6);
+    ASSERT_TRUE(host->matrix);
+    EXPECT_NEAR(host->matrix->at(0, 3), 4.242, 1e-6); // X, Y, W, H and Z reach the placement
+    EXPECT_NEAR(host->matrix->at(1, 3), -2.212, 1e-6);
+    EXPECT_NEAR(host->matrix->at(2, 3), 1.735, 1e-6);
     EXPECT_EQ(macro->objectCounter(), 2);
     // The number text with its sign position; reading trims the blank.
     EXPECT_NE(readFile(work / "obj" / "Data.ini").find("EINTRAG= 1\r\n"), std::string::npos);
@@ -92,7 +92,7 @@ TEST_F(InsertionTest, AFailingStepIsSkippedAndTheDesignStillEnds) {
         restartWith("");
         daten.roof.roofDirection = direction;
         log.failing = {failing};
-        model->createsNothing = createsNothing;
+        host->createsNothing = createsNothing;
         const int counter = macro->objectCounter();
         macro->Command4_Click();
         EXPECT_FALSE(log.contains(leftOut)) << leftOut;

@@ -74,7 +74,7 @@ TEST_F(JournalTest, RecordsCallsResultsErrorsAndEventsWhileTheMacroWorks) {
     EXPECT_THAT(calls, ElementsAre("exe.LoadObjectFile", "template.CreateElement",
                                    "element.PrepareElement", "element.SetElementMatrix",
                                    "element.CommitElement", "exe.SetMacroButtonState"));
-    const std::array<float, 16>& values = model->matrix->values;
+    const std::array<float, 16>& values = host->matrix->values;
     EXPECT_EQ(all[5]["args"][0].get<std::vector<float>>(),
               std::vector(values.begin(), values.end()));
 }

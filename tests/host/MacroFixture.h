@@ -67,31 +67,39 @@ inline std::string six(const std::array<float, 6>& s) {
     return CallLog::join(s[0], s[1], s[2], s[3], s[4], s[5]);
 }
 
-// One object plays the whole building model: one roof over x 0..10 m with two faces, x 0..5
+// A host connection that records every call; macro data blocks are kept in memory by id.
+// The same object plays the active building: one roof over x 0..10 m with two faces, x 0..5
 // (height 3.1 m, overhang 0.5 m, pitch 45°, direction 180°) and x 5..10 (3.5 m, 0.3 m, 30°,
 // 90°), gutter width 0.1 m, roofing thickness 0.05 m; and the object template and its element.
-class FakeModel : public HostBuilding,
-                  public HostRoofList,
-                  public HostRoof,
-                  public HostRoofData,
-                  public HostObjectTemplate,
-                  public HostElement,
-                  public std::enable_shared_from_this<FakeModel> {
+class FakeHost : public HostConnection,
+                 public HostBuilding,
+                 public HostRoofList,
+                 public HostRoof,
+                 public HostRoofData,
+                 public HostObjectTemplate,
+                 public HostElement {
 public:
-    explicit FakeModel(CallLog& log) : m_log(log) {}
+    explicit FakeHost(CallLog& log) : m_log(log) {}
+    std::string programFolder;
+    std::string versionText = "Tectaro +2010 Pro";
+    bool connectResult = true;
+    bool hasBuilding = true;
     bool createsNothing = false;
+    std::map<std::int32_t, std::string> macroData;
+    HostEvents* sink = nullptr;
+    HostPicture buttonPicture;
+    HostPicture cursor;
     std::optional<PlacementMatrix> matrix;
 
     std::shared_ptr<HostRoofList> GetRoofList() override {
-        return m_log.reply(shared_from_this(), "GetRoofList");
+        return m_log.reply(self(), "GetRoofList");
     }
     std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t&,
                                          std::array<float, 6>& s, bool&) override {
-        return m_log.reply(x <= 10 ? shared_from_this() : nullptr, "FindRoofAt", flag, x, y,
-                           six(s));
+        return m_log.reply(x <= 10 ? self() : nullptr, "FindRoofAt", flag, x, y, six(s));
     }
     std::shared_ptr<HostRoofData> GetRoofData() override {
-        return m_log.reply(shared_from_this(), "GetRoofData");
+        return m_log.reply(self(), "GetRoofData");
     }
     std::int32_t FindRoofFaceAt(bool flag, float x, float y, float& height, std::array<float, 6>& s,
                                 bool&) override {
@@ -111,7 +119,7 @@ public:
         return m_log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
     }
     std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
-        return m_log.reply(createsNothing ? nullptr : shared_from_this(), "CreateElement",
+        return m_log.reply(createsNothing ? nullptr : self(), "CreateElement",
                            parent == nullptr ? "none" : "parent", flags);
     }
     void PrepareElement(bool flag) override { m_log.call("PrepareElement", flag); }
@@ -121,29 +129,12 @@ public:
     }
     std::int32_t CommitElement(bool flag) override { return m_log.reply(0, "CommitElement", flag); }
 
-private:
-    CallLog& m_log;
-};
-
-// A host connection that records every call; macro data blocks are kept in memory by id.
-class FakeHost : public HostConnection {
-public:
-    explicit FakeHost(CallLog& log) : m_log(log) {}
-    std::string programFolder;
-    std::string versionText = "Tectaro +2010 Pro";
-    bool connectResult = true;
-    std::shared_ptr<FakeModel> building;
-    std::map<std::int32_t, std::string> macroData;
-    HostEvents* sink = nullptr;
-    HostPicture buttonPicture;
-    HostPicture cursor;
-
     void setEventSink(HostEvents* eventSink) override { sink = eventSink; }
     std::string GetProgramFolder() override {
         return m_log.reply(programFolder, "GetProgramFolder");
     }
     std::shared_ptr<HostBuilding> GetActiveBuilding() override {
-        return m_log.reply(building, "GetActiveBuilding");
+        return m_log.reply(hasBuilding ? self() : nullptr, "GetActiveBuilding");
     }
     std::string GetVersionText() override { return m_log.reply(versionText, "GetVersionText"); }
     std::int32_t AddMacroButton(const HostPicture& picture, std::int32_t flags,
@@ -158,7 +149,7 @@ public:
     float GetLevelAt(float x, float y) override { return m_log.reply(0.2F, "GetLevelAt", x, y); }
     std::shared_ptr<HostObjectTemplate> LoadObjectFile(const std::string& path,
                                                        std::int32_t flags) override {
-        return m_log.reply(building, "LoadObjectFile", path, flags);
+        return m_log.reply(self(), "LoadObjectFile", path, flags);
     }
     bool LoadMacroData(std::int32_t dataId, const std::string& path) override {
         m_log.call("LoadMacroData", dataId, path);
@@ -188,6 +179,10 @@ public:
     }
 
 private:
+    // Not owning: the macro owns the connection, and the building model dies with it.
+    std::shared_ptr<FakeHost> self() {
+        return {this, [](FakeHost*) {}};
+    }
     static std::string size(const HostPicture& picture) {
         return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
     }
@@ -237,7 +232,6 @@ protected:
         pendingHost = std::make_unique<FakeHost>(log);
         host = pendingHost.get();
         host->programFolder = dir.path().toStdString() + "/";
-        host->building = model;
         macro = std::make_unique<Macro>(MacroEnvironment{
             [this]() -> std::unique_ptr<HostConnection> {
                 log.call("createConnection");
@@ -301,7 +295,6 @@ protected:
     std::filesystem::path work =
         std::filesystem::path(dir.path().toStdString()) / "Standard" / LoadText(8002) / "Pluvarine";
     CallLog log;
-    std::shared_ptr<FakeModel> model = std::make_shared<FakeModel>(log);
     std::unique_ptr<FakeHost> pendingHost;
     FakeHost* host = nullptr;
     Daten daten;

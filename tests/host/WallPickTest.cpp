@@ -101,7 +101,7 @@ TEST_F(WallPickTest, AClickWithoutRoofKeepsTheValuesAndStillDerivesTheHeight) {
 }
 
 TEST_F(WallPickTest, WithoutABuildingNothingIsReadAndTheValuesStayZero) {
-    host->building = nullptr;
+    host->hasBuilding = false;
     readAt(2, 3); // the level is the connection's own call
     EXPECT_EQ(roof(), std::make_tuple(0.0, 0.0, 0.0, 0.0, 0.0, -100.0F, 200.0F));
     EXPECT_EQ(overhang, "0");
