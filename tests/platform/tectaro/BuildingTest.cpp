@@ -57,22 +57,6 @@ TEST(SampleHouse, EachSidesFaceHasItsOverhangAndMeetsTheWallTopAtThreeMetres) {
     EXPECT_NEAR(roof.faces[0].heightAt({5, 4}), 3.0 + 4 * std::tan(std::numbers::pi / 6), 1e-9);
 }
 
-TEST(Wall, TheExteriorFaceLiesOnTheExteriorSideWithMitredCornersOrSquareEnds) {
-    const auto makeWall = [](std::vector<QPointF> line, bool closed, double thickness) {
-        Wall w;
-        w.line = std::move(line);
-        w.closed = closed;
-        w.thickness = thickness;
-        return w;
-    };
-    Wall wall = makeWall({{0, 0}, {4, 0}, {4, 3}, {0, 3}}, true, 0.4);
-    EXPECT_EQ(wall.exteriorFace().at(2), QPointF(4.2, 3.2));
-    wall.exteriorOnRight = false;
-    EXPECT_EQ(wall.exteriorFace().at(0), QPointF(0.2, 0.2));
-    const Wall open = makeWall({{0, 0}, {2, 0}, {2, 2}}, false, 0.2);
-    EXPECT_EQ(open.exteriorFace(), (std::vector<QPointF>{{0, -0.1}, {2.1, -0.1}, {2.1, 2}}));
-}
-
 TEST(SampleHouse, ClicksOnTheExteriorSideAreMovedOntoTheWallFace) {
     const auto house = test::sampleHouse();
     const std::pair<QPointF, QPointF> valid[] = {

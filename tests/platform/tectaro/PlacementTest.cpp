@@ -6,7 +6,6 @@
 #include "host/HostElement.h"
 #include "host/HostObjectTemplate.h"
 #include "platform/tectaro/TectaroElement.h"
-#include "platform/tectaro/TectaroPlacement.h"
 #include "platform/viewer/ViewerScene.h"
 
 #include <filesystem>
@@ -167,17 +166,3 @@ INSTANTIATE_TEST_SUITE_P(EverySide, PlacementOnTheSampleHouse,
                                            Side{"west_bend42", {-0.1, 4}, Kind::Bend42},
                                            Side{"west_bend72", {-0.1, 4}, Kind::Bend72}),
                          [](const auto& param) { return std::string(param.param.name); });
-
-TEST(TectaroPlacement, TheBoxCentreLandsOnTheMatrixWhichActsOnColumnVectors) {
-    EXPECT_EQ(TectaroPlacement::referencePoint({-0.5f, 0, -1}, {-0.25f, 0.5f, 2}),
-              QVector3D(-0.375f, 0.25f, 0.5f));
-    // d = 0 (south side, outward -y): a turn by -270 degrees; W = 0, H = 2000 mm.
-    const QMatrix4x4 world = TectaroPlacement::worldTransform(
-        *elementPlacement({0, 5, 0, 0, 0, 2000}), {-0.2f, -0.05f, -1}, {0, 0.05f, 1});
-    for (const auto& [local, expected] :
-         {std::pair<QVector3D, QVector3D>{{-0.1f, 0, 0}, {5.008f, -0.008f, 1.11f}},
-          {{0, 0, 0}, {5.008f, 0.092f, 1.11f}}, // back: nearer the wall
-          {{-0.2f, 0, 0}, {5.008f, -0.108f, 1.11f}}}) {
-        EXPECT_LT((world.map(local) - expected).length(), 1e-5f) << local.x();
-    }
-}
