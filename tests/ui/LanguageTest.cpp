@@ -8,44 +8,31 @@
 namespace pluvarine::test {
 namespace {
 
-// Where each text of the string table stands: window, control ("" = the window's title), id.
-struct Caption {
-    const char* window;
-    const char* control;
-    int id;
-};
+// Where each text of the string table stands, "window/control:id" (no control: the title).
+const QStringList captions =
+    QStringLiteral(
+        "frmMain/:112 frmMain/Frame5:113 frmMain/Label2:114 frmMain/Label4:115 "
+        "frmMain/Frame2:116 frmMain/Frame4:121 frmMain/Label8:122 frmMain/Frame6:123 "
+        "frmMain/Label9:124 frmMain/Frame8:125 frmMain/Label11:126 frmMain/Frame7:127 "
+        "frmMain/Label10:128 frmMain/Command1:129 frmMain/Command3:130 frmMain/Command2:131 "
+        "frmMain/Command4:132 frmMain/Command6:133 frmMain/Command7:8001 frmDetails/:1000 "
+        "frmDetails/Frame3:1001 frmDetails/Label1:1002 frmDetails/Label2:1003 "
+        "frmDetails/Label3:1004 frmDetails/Label4:1005 frmDetails/Label9:1006 "
+        "frmDetails/Command1:1007 frmDetails/Command2:1008 frmDetails/Frame1:6000 "
+        "frmDetails/Label11:6001 frmMessage/Command2:131")
+        .split(QLatin1Char(' '));
 
-const Caption captions[] = {{"frmMain", "", 112},
-                            {"frmMain", "Frame5", 113},
-                            {"frmMain", "Label2", 114},
-                            {"frmMain", "Label4", 115},
-                            {"frmMain", "Frame2", 116},
-                            {"frmMain", "Frame4", 121},
-                            {"frmMain", "Label8", 122},
-                            {"frmMain", "Frame6", 123},
-                            {"frmMain", "Label9", 124},
-                            {"frmMain", "Frame8", 125},
-                            {"frmMain", "Label11", 126},
-                            {"frmMain", "Frame7", 127},
-                            {"frmMain", "Label10", 128},
-                            {"frmMain", "Command1", 129},
-                            {"frmMain", "Command3", 130},
-                            {"frmMain", "Command2", 131},
-                            {"frmMain", "Command4", 132},
-                            {"frmMain", "Command6", 133},
-                            {"frmMain", "Command7", 8001},
-                            {"frmDetails", "", 1000},
-                            {"frmDetails", "Frame3", 1001},
-                            {"frmDetails", "Label1", 1002},
-                            {"frmDetails", "Label2", 1003},
-                            {"frmDetails", "Label3", 1004},
-                            {"frmDetails", "Label4", 1005},
-                            {"frmDetails", "Label9", 1006},
-                            {"frmDetails", "Command1", 1007},
-                            {"frmDetails", "Command2", 1008},
-                            {"frmDetails", "Frame1", 6000},
-                            {"frmDetails", "Label11", 6001},
-                            {"frmMessage", "Command2", 131}};
+// Texts as the user reads them, "language:window/control:text", quoted from the tables: a wrong
+// id or language shows here. The Polish trailing blank belongs to the text.
+const QStringList quoted =
+    QStringLiteral("de:frmMain/:Pluvarine|de:frmMain/Label2:Dachüberstand|"
+                   "de:frmMessage/Command2:Abbrechen|de:frmDetails/Command1:Änderungen Übernehmen|"
+                   "en:frmMain/:downpipes|en:frmMain/Command4:add|"
+                   "en:frmDetails/Label11:Height of downpipe (H)|en_GB:frmMain/Frame2:material|"
+                   "fr:frmDetails/:Détails|pl:frmMain/Label2:Nawis dachowy |"
+                   "pl:frmMain/Command7:Help|ru:frmMain/:Водосточная труба|"
+                   "hr:frmMain/Frame4:Žlijeb|hr:frmMain/Command7:Help")
+        .split(QLatin1Char('|'));
 
 struct Language {
     const char* tag;
@@ -53,40 +40,21 @@ struct Language {
     int lcid;
 };
 
-// Texts as the user reads them, quoted from the table: a wrong id or language shows here.
-struct Quoted {
-    int lcid;
-    Caption at;
-    const char* text;
-};
-
-const Quoted quoted[] = {
-    {TextLanguage::German, {"frmMain", "", 0}, "Pluvarine"},
-    {TextLanguage::German, {"frmMain", "Label2", 0}, "Dachüberstand"},
-    {TextLanguage::German, {"frmDetails", "Command1", 0}, "Änderungen Übernehmen"},
-    {TextLanguage::German, {"frmMessage", "Command2", 0}, "Abbrechen"},
-    {TextLanguage::EnglishUnitedStates, {"frmMain", "", 0}, "downpipes"},
-    {TextLanguage::EnglishUnitedStates, {"frmMain", "Command4", 0}, "add"},
-    {TextLanguage::EnglishUnitedStates, {"frmDetails", "Label11", 0}, "Height of downpipe (H)"},
-    {TextLanguage::EnglishUnitedKingdom, {"frmMain", "Frame2", 0}, "material"},
-    {TextLanguage::French, {"frmDetails", "", 0}, "Détails"},
-    {TextLanguage::Polish, {"frmMain", "Label2", 0}, "Nawis dachowy "}, // the blank belongs to it
-    {TextLanguage::Polish, {"frmMain", "Command7", 0}, "Help"},
-    {TextLanguage::Russian, {"frmMain", "", 0}, "Водосточная труба"},
-    {TextLanguage::Croatian, {"frmMain", "Frame4", 0}, "Žlijeb"},
-    {TextLanguage::Croatian, {"frmMain", "Command7", 0}, "Help"}};
-
 class LanguageTest : public WindowTest {
 protected:
-    QString shown(const Caption& c) {
-        const std::string name = c.window;
-        QWidget* window = name == "frmMain"      ? static_cast<QWidget*>(main.get())
-                          : name == "frmDetails" ? static_cast<QWidget*>(&main->frmDetails())
-                                                 : &main->frmMessage();
-        if (std::string(c.control).empty())
+    QString shown(const QString& place) {
+        const QString name = place.section(QLatin1Char('/'), 0, 0);
+        const QString control = place.section(QLatin1Char('/'), 1);
+        QWidget* window = name == QStringLiteral("frmMain")      ? main.get()
+                          : name == QStringLiteral("frmDetails") ? &main->frmDetails()
+                                                                 : (QWidget*)&main->frmMessage();
+        if (control.isEmpty())
             return window->windowTitle();
-        auto* control = window->findChild<QWidget*>(QString::fromUtf8(c.control));
-        return control ? shownText(control) : QStringLiteral("<missing>");
+        auto* widget = window->findChild<QWidget*>(control);
+        return widget ? shownText(widget) : QStringLiteral("<missing>");
+    }
+    void expectShown(const QString& place, const QString& expected) {
+        EXPECT_EQ(shown(place), expected) << place.toStdString();
     }
 };
 
@@ -96,19 +64,21 @@ TEST_P(EveryLanguage, EveryCaptionComesFromTheTableOfTheActiveLanguage) {
     const int lcid = GetParam().lcid;
     LanguageScope scope(GetParam().systemLocale, lcid);
     main->ApplyLanguage();
-    for (const Caption& c : captions)
-        EXPECT_EQ(shown(c).toStdString(), LoadText(c.id, lcid)) << c.window << "/" << c.control;
-    for (const Quoted& q : quoted) {
-        if (q.lcid == lcid) {
-            EXPECT_EQ(shown(q.at), QString::fromUtf8(q.text)) << q.at.window << "/" << q.at.control;
-        }
+    for (const QString& entry : captions) {
+        const int id = entry.section(QLatin1Char(':'), 1).toInt();
+        expectShown(entry.section(QLatin1Char(':'), 0, 0),
+                    QString::fromStdString(LoadText(id, lcid)));
+    }
+    for (const QString& entry : quoted) {
+        if (entry.section(QLatin1Char(':'), 0, 0) == QLatin1String(GetParam().tag))
+            expectShown(entry.section(QLatin1Char(':'), 1, 1), entry.section(QLatin1Char(':'), 2));
     }
     // The Russian table has no word of its own for the help button; ours is not empty.
-    EXPECT_FALSE(shown({"frmMain", "Command7", 0}).isEmpty());
+    EXPECT_FALSE(shown(QStringLiteral("frmMain/Command7")).isEmpty());
     // The texts the layouts carry stay in every language.
-    EXPECT_EQ(main->frmMessage().windowTitle(), QStringLiteral("Fallrohr"));
-    EXPECT_EQ(child<QPushButton>(&main->frmMessage(), "Command1")->text(), QStringLiteral("OK"));
-    EXPECT_EQ(child<QLabel>("Label16")->text(), QStringLiteral("  df:"));
+    expectShown(QStringLiteral("frmMessage/"), QStringLiteral("Fallrohr"));
+    expectShown(QStringLiteral("frmMessage/Command1"), QStringLiteral("OK"));
+    expectShown(QStringLiteral("frmMain/Label16"), QStringLiteral("  df:"));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -17,6 +17,11 @@
 #include <optional>
 #include <string>
 
+// Readable QStrings in test failures.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
 namespace pluvarine::test {
 
 // The system locale (LC_ALL) and the active string table for one test; both are put back.
