@@ -1,105 +1,88 @@
 #include "ui/text/LoadText.h"
 
+#include "base/RuntimeError.h"
+#include "ui/text/LanguageM.h"
+#include "ui/text/StringTable.h"
+
 #include <QLocale>
 #include <QStringList>
 #include <cstdlib>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
+#include <stdexcept>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace pluvarine {
 namespace {
 
-struct Choice {
-    std::vector<std::string> uiLanguages;
-    int expected;
-};
-
-class TextLanguageFor : public ::testing::TestWithParam<Choice> {};
-
-TEST_P(TextLanguageFor, PicksTheFirstLanguageWithATable) {
-    EXPECT_EQ(textLanguageFor(GetParam().uiLanguages), GetParam().expected);
-}
+using namespace TextLanguage;
+using ::testing::Property;
+using ::testing::Throws;
 
 // The lists as QLocale::system().uiLanguages() gives them for LANGUAGE / LC_MESSAGES / LANG.
-INSTANTIATE_TEST_SUITE_P(
-    Table, TextLanguageFor,
-    ::testing::Values(Choice{{"de-AT", "de-Latn-AT"}, TextLanguage::German},
-                      Choice{{"de-CH", "de-Latn-CH"}, TextLanguage::German},
-                      Choice{{"de", "de-Latn-DE", "de-DE"}, TextLanguage::German},
-                      Choice{{"en-GB", "en-Latn-GB"}, TextLanguage::EnglishUnitedKingdom},
-                      Choice{{"en-US", "en-Latn-US", "en"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{"en-AU"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{"ja", "ja-Jpan-JP", "ja-JP"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{"ja", "ja-Jpan-JP", "ja-JP", "de", "de-Latn-DE"},
-                             TextLanguage::German},
-                      Choice{{"hr", "hr-Latn-HR", "hr-HR"}, TextLanguage::Croatian},
-                      Choice{{"hr-BA", "hr-Latn-BA"}, TextLanguage::Croatian},
-                      Choice{{"fr-CA", "fr-Latn-CA"}, TextLanguage::French},
-                      Choice{{"fr_BE.UTF-8"}, TextLanguage::French},
-                      Choice{{"pl-PL", "pl-Latn-PL", "pl"}, TextLanguage::Polish},
-                      Choice{{"ru", "ru-Cyrl-RU", "ru-RU"}, TextLanguage::Russian},
-                      Choice{{"ru-UA"}, TextLanguage::Russian},
-                      Choice{{"sr-Latn-RS", "sr-Latn"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{"C"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{"", "x"}, TextLanguage::EnglishUnitedStates},
-                      Choice{{}, TextLanguage::EnglishUnitedStates}));
+TEST(TextLanguageFor, PicksTheFirstLanguageWithATable) {
+    // clang-format off
+    const std::pair<std::vector<std::string>, int> choices[] = {
+        {{"de-AT", "de-Latn-AT"}, German}, {{"de-CH", "de-Latn-CH"}, German},
+        {{"de", "de-Latn-DE", "de-DE"}, German}, {{"en-GB", "en-Latn-GB"}, EnglishUnitedKingdom},
+        {{"en-US", "en-Latn-US", "en"}, EnglishUnitedStates}, {{"en-AU"}, EnglishUnitedStates},
+        {{"ja", "ja-Jpan-JP", "ja-JP"}, EnglishUnitedStates},
+        {{"ja", "ja-Jpan-JP", "ja-JP", "de", "de-Latn-DE"}, German},
+        {{"hr", "hr-Latn-HR", "hr-HR"}, Croatian}, {{"hr-BA", "hr-Latn-BA"}, Croatian},
+        {{"fr-CA", "fr-Latn-CA"}, French}, {{"fr_BE.UTF-8"}, French},
+        {{"pl-PL", "pl-Latn-PL", "pl"}, Polish}, {{"ru", "ru-Cyrl-RU", "ru-RU"}, Russian},
+        {{"ru-UA"}, Russian}, {{"sr-Latn-RS", "sr-Latn"}, EnglishUnitedStates},
+        {{"C"}, EnglishUnitedStates}, {{"", "x"}, EnglishUnitedStates}, {{}, EnglishUnitedStates}};
+    // clang-format on
+    for (const auto& [uiLanguages, expected] : choices) {
+        EXPECT_EQ(textLanguageFor(uiLanguages), expected) << ::testing::PrintToString(uiLanguages);
+    }
+}
 
 // Every test leaves the active language as it found it.
 class ActiveLanguage : public ::testing::Test {
 protected:
-    void SetUp() override { m_saved = activeTextLanguage(); }
     void TearDown() override { setActiveTextLanguage(m_saved); }
 
 private:
-    int m_saved = 0;
+    int m_saved = activeTextLanguage();
 };
 
-struct ByLcid {
-    int lcid;
-    int expected;
-    const char* title;
-};
-
-class SetByLcid : public ActiveLanguage, public ::testing::WithParamInterface<ByLcid> {};
-
-TEST_P(SetByLcid, UsesTheTableOfTheLanguage) {
-    EXPECT_EQ(setActiveTextLanguage(GetParam().lcid), GetParam().expected);
-    EXPECT_EQ(activeTextLanguage(), GetParam().expected);
-    EXPECT_EQ(LoadText(112), GetParam().title);
+// By identifier: the language's own table, else its base language's, else American English.
+TEST_F(ActiveLanguage, SetByIdentifierUsesTheTableOfTheLanguage) {
+    // clang-format off
+    const std::tuple<int, int, const char*> cases[] = {
+        {1031, German, "Pluvarine"}, {0x0C07, German, "Pluvarine"}, {0x0807, German, "Pluvarine"},
+        {1033, EnglishUnitedStates, "downpipes"}, {2057, EnglishUnitedKingdom, "downpipes"},
+        {0x0C09, EnglishUnitedStates, "downpipes"}, {0x0411, EnglishUnitedStates, "downpipes"},
+        {0x0C0C, French, "Tuyaux de descente"}, {1045, Polish, "Rury spustowe"},
+        {0x0819, Russian, "Водосточная труба"}, {0x101A, Croatian, "Olučne cijevi"},
+        {0x241A, EnglishUnitedStates, "downpipes"}, {0, EnglishUnitedStates, "downpipes"},
+        {-5, EnglishUnitedStates, "downpipes"}, {99999, EnglishUnitedStates, "downpipes"}};
+    // clang-format on
+    for (const auto& [lcid, expected, title] : cases) {
+        EXPECT_EQ(setActiveTextLanguage(lcid), expected) << lcid;
+        EXPECT_EQ(activeTextLanguage(), expected) << lcid;
+        EXPECT_EQ(LoadText(112), title) << lcid;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, SetByLcid,
-    ::testing::Values(ByLcid{1031, 1031, "Pluvarine"}, ByLcid{0x0C07, 1031, "Pluvarine"},
-                      ByLcid{0x0807, 1031, "Pluvarine"}, ByLcid{1033, 1033, "downpipes"},
-                      ByLcid{2057, 2057, "downpipes"}, ByLcid{0x0C09, 1033, "downpipes"},
-                      ByLcid{0x0411, 1033, "downpipes"}, ByLcid{0x0C0C, 1036, "Tuyaux de descente"},
-                      ByLcid{1045, 1045, "Rury spustowe"},
-                      ByLcid{0x0819, 1049, "Водосточная труба"},
-                      ByLcid{0x101A, 1050, "Olučne cijevi"}, ByLcid{0x241A, 1033, "downpipes"},
-                      ByLcid{0, 1033, "downpipes"}, ByLcid{-5, 1033, "downpipes"},
-                      ByLcid{99999, 1033, "downpipes"}));
-
+// By tag: as the first choice of a list; then the language's texts.
 TEST_F(ActiveLanguage, SetByTag) {
-    EXPECT_EQ(setActiveTextLanguage("de_AT"), TextLanguage::German);
-    EXPECT_EQ(LoadText(112), "Pluvarine");
-    EXPECT_EQ(LoadText(8002), "Makros");
-    EXPECT_EQ(setActiveTextLanguage("en_GB"), TextLanguage::EnglishUnitedKingdom);
-    EXPECT_EQ(LoadText(112), "downpipes");
-    EXPECT_EQ(setActiveTextLanguage("ja"), TextLanguage::EnglishUnitedStates);
-    EXPECT_EQ(setActiveTextLanguage("ru"), TextLanguage::Russian);
-    EXPECT_EQ(LoadText(8002), "Makros");
-    EXPECT_EQ(LoadText(8001), "Справка");
-    EXPECT_EQ(setActiveTextLanguage("hr"), TextLanguage::Croatian);
-    EXPECT_EQ(LoadText(8002), "Macros");
-}
-
-TEST_F(ActiveLanguage, UnknownIdGivesTheEmptyTextAndGoesOn) {
-    setActiveTextLanguage(TextLanguage::German);
-    EXPECT_EQ(LoadText(-1), "");
-    EXPECT_EQ(LoadText(65535), "");
-    EXPECT_EQ(LoadText(112), "Pluvarine");
+    // clang-format off
+    const std::tuple<const char*, int, int, const char*> cases[] = {
+        {"de_AT", German, 8002, "Makros"}, {"en_GB", EnglishUnitedKingdom, 112, "downpipes"},
+        {"ja", EnglishUnitedStates, 8002, "Macros"}, {"ru", Russian, 8001, "Справка"},
+        {"hr", Croatian, 8002, "Macros"}};
+    // clang-format on
+    for (const auto& [tag, expected, id, text] : cases) {
+        EXPECT_EQ(setActiveTextLanguage(tag), expected) << tag;
+        EXPECT_EQ(LoadText(id), text) << tag;
+    }
 }
 
 // Unless set, the language follows the user's interface languages. The ctest cases of this
@@ -113,9 +96,128 @@ TEST(SystemTextLanguage, FollowsTheInterfaceLanguages) {
     EXPECT_EQ(activeTextLanguage(), textLanguageFor(uiLanguages));
     if (const char* expected = std::getenv("PLUVARINE_EXPECTED_TEXT_LANGUAGE")) {
         EXPECT_EQ(activeTextLanguage(), std::atoi(expected));
-        if (const char* title = std::getenv("PLUVARINE_EXPECTED_TITLE")) {
-            EXPECT_EQ(LoadText(112), title);
+    }
+}
+
+// The system default locale comes from LC_ALL, then LANG; each row sets LC_ALL, which is
+// restored at the end.
+TEST(SystemLanguage, IsTheDefaultLanguageIdentifierInLowercaseHex) {
+    // An empty LC_ALL counts as unset.
+    const std::string saved = std::getenv("LC_ALL") ? std::getenv("LC_ALL") : "";
+    // clang-format off
+    const std::pair<const char*, const char*> rows[] = {
+        {"de_DE.UTF-8", "0407"}, {"en_US.UTF-8", "0409"}, {"en_GB.UTF-8", "0809"},
+        {"fr_FR.UTF-8", "040c"}, {"pl_PL.UTF-8", "0415"}, {"ru_RU.UTF-8", "0419"},
+        {"ru_MD.UTF-8", "0819"}, {"hr_HR.UTF-8", "041a"}, {"hr_BA.UTF-8", "101a"},
+        {"de_AT.UTF-8", "0c07"}, {"C", "0409"}};
+    // clang-format on
+    for (const auto& [locale, code] : rows) {
+        setenv("LC_ALL", locale, 1);
+        EXPECT_EQ(GetLocaleValue(9), code) << locale;
+        ReadSystemLanguage();
+        EXPECT_EQ(systemLanguageCode(), code) << locale;
+    }
+    setenv("LC_ALL", saved.c_str(), 1);
+}
+
+TEST(GetLocaleValue, UnknownValueTypeIsAnInvalidProcedureCall) {
+    EXPECT_THAT(
+        [] { GetLocaleValue(2); },
+        Throws<RuntimeError>(Property(&RuntimeError::number, RuntimeError::InvalidProcedureCall)));
+}
+
+const std::vector<int> kIds = {
+    112,  113,  114,  115,  116,  117,  118,  119,  120,  121,  122,  123,  124,  125,  126,
+    127,  128,  129,  130,  131,  132,  133,  1000, 1001, 1002, 1003, 1004, 1005, 1006, 1007,
+    1008, 2002, 2003, 2004, 4000, 4001, 5000, 5001, 5002, 5005, 6000, 6001, 8000, 8001, 8002};
+
+const std::vector<int> kLanguages = {1033, 2057, 1031, 1036, 1045, 1049, 1050};
+
+// Every text non-empty; British English the American texts; blanks at either end belong to the
+// text: exactly these texts have one, a single trailing blank (Polish 1002 repeats 114).
+TEST(StringTable, EveryLanguageHasExactlyEveryId) {
+    const StringTable& table = StringTable::builtIn();
+    const std::vector<int> languages = table.languages();
+    EXPECT_EQ(std::set<int>(languages.begin(), languages.end()),
+              std::set<int>(kLanguages.begin(), kLanguages.end()));
+    EXPECT_EQ(table.ids(), kIds);
+    std::set<std::pair<int, int>> blanks;
+    for (const int lcid : kLanguages) {
+        for (const int id : kIds) {
+            SCOPED_TRACE("language " + std::to_string(lcid) + ", id " + std::to_string(id));
+            const std::string text = LoadText(id, lcid);
+            ASSERT_TRUE(table.find(lcid, id) && !text.empty());
+            if (text.front() == ' ' || text.back() == ' ') {
+                blanks.insert({lcid, id});
+                EXPECT_TRUE(text.back() == ' ' && text[text.size() - 2] != ' ');
+            }
+            EXPECT_EQ(text, lcid == 2057 ? LoadText(id, 1033) : text);
         }
+    }
+    // clang-format off
+    EXPECT_EQ(blanks, (std::set<std::pair<int, int>>{
+        {1045, 114}, {1045, 125}, {1045, 1002}, {1045, 1004}, {1045, 2004}, {1049, 8000}}));
+    // clang-format on
+}
+
+TEST(StringTable, TextsAreExact) {
+    // clang-format off
+    const std::tuple<int, int, const char*> samples[] = {
+        {1049, 8002, "Makros"}, {1033, 8002, "Macros"},
+        {1036, 8002, "Macros"}, {1045, 8002, "Macros"}, {1050, 8002, "Macros"},
+        {1033, 117, "plastic-grey"}, {1031, 117, "Kunstoff-Grau"}, {1033, 118, "cooper"},
+        {1033, 2003, "continous downpipe"},
+        {1033, 2002, "Do you like to choose a continous or a bended downpipe construction?"},
+        {1031, 8001, "Hilfe"}, {1033, 8001, "Help"}, {1036, 8001, "Aide"}, {1045, 8001, "Help"},
+        {1045, 114, "Nawis dachowy "},
+        {1045, 2004, "Konstrukcja zakrzywiona "},
+        {1049, 8000, "Кликните по внешней стороне стены "},
+        {1036, 4000, "Créer l'archive..."}, {1045, 4000, "Tworzenie archiwum…"},
+        {1031, 4001, "Entpacke Archiv..."}, {1031, 1008, "Schließen"},
+        {1031, 1007, "Änderungen Übernehmen"}, {1050, 121, "Žlijeb"},
+        {1036, 2002, "Voulez-vous une construction droite ou coudée ?"},
+        {1045, 1001, "Szczegóły z Tectaroa"}, {1049, 5001, "Tectaro не запускается!"},
+        {1033, 5005, "Downpipe macro"}, {1031, 6001, "Höhe Fallrohr H"}};
+    // clang-format on
+    for (const auto& [lcid, id, text] : samples) {
+        EXPECT_EQ(LoadText(id, lcid), text) << lcid << "/" << id;
+    }
+}
+
+TEST(StringTable, UnknownLanguageOrIdHasNoText) {
+    EXPECT_EQ(StringTable::builtIn().find(1033, 9999), nullptr);
+    EXPECT_EQ(StringTable::builtIn().find(1041, 112), nullptr);
+    EXPECT_EQ(LoadText(9999, 1033), "");
+    EXPECT_EQ(LoadText(112, 0), "");
+    // The active language's table likewise, and the next lookup goes on.
+    EXPECT_EQ(LoadText(-1), "");
+    EXPECT_EQ(LoadText(65535), "");
+    EXPECT_EQ(LoadText(112), LoadText(112, activeTextLanguage()));
+}
+
+TEST(StringTable, ReadsADocumentWithSharedTexts) {
+    const StringTable table(R"({"languages": [{"lcid": 1033, "language": "en"},
+                                              {"lcid": 2057, "language": "en", "region": "gb",
+                                               "textsOf": 1033},
+                                              {"lcid": 1031, "language": "DE"}],
+                               "texts": [{"id": 7, "use": "x", "1033": "a ", "1031": "b"}]})");
+    ASSERT_TRUE(table.find(2057, 7) && table.find(1031, 7));
+    EXPECT_EQ(*table.find(2057, 7), "a ");
+    EXPECT_EQ(*table.find(1031, 7), "b");
+    EXPECT_EQ(table.languageFor({"en-GB"}), 2057);
+    EXPECT_EQ(table.languageFor({"de-CH"}), 1031);
+}
+
+TEST(StringTable, RefusesMalformedDocuments) {
+    for (const char* json :
+         {"", "[]", "{", R"({"languages": []})",
+          R"({"languages": [{"lcid": 0, "language": "en"}]})", R"({"languages": [{"lcid": 1033}]})",
+          R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"1033": "no id"}]})",
+          R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 70000}]})",
+          R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 1, "1031": "x"}]})",
+          R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 1, "1033": 5}]})",
+          R"({"languages": [{"lcid": 1033, "language": "en", "textsOf": 1}]})"}) {
+        EXPECT_THROW(StringTable{json}, std::runtime_error) << json;
     }
 }
 
