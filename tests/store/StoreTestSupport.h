@@ -73,7 +73,7 @@ inline std::string record(const std::string& nameBytes, const std::string& data)
 inline std::map<std::string, std::string> snapshot(const fs::path& root) {
     std::map<std::string, std::string> entries;
     for (const auto& entry : fs::recursive_directory_iterator(root))
-        entries[fs::relative(entry.path(), root).string()] =
+        entries[entry.path().lexically_relative(root).string()] =
             entry.is_directory() ? std::string("<folder>") : readFile(entry);
     return entries;
 }
@@ -89,6 +89,10 @@ public:
     fs::path obj() const { return root() / "obj"; }
     std::string archive() const { return (root() / "destination" / "pluvarine.dat").string(); }
 
+    void put(const std::map<std::string, std::string>& files) {
+        for (const auto& [name, content] : files)
+            writeFile(obj() / name, content);
+    }
     PackResult pack(const EventPump& pump = {}, const std::string& pattern = "*.*") {
         return PackFolder(obj().string() + "/", archive(), pattern, *display, pump);
     }
