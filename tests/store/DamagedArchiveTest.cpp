@@ -1,4 +1,5 @@
 #include "StoreTestSupport.h"
+#include "tests/fuzz/FuzzProperties.h"
 
 namespace pluvarine::testing {
 namespace {
@@ -41,31 +42,29 @@ TEST_F(DamagedArchive, TruncatedAtEveryOffsetOrWithTrailingBytesIsRefused) {
 
 TEST_F(DamagedArchive, HostileLengthsAndNamesAreRefusedWritingNothing) {
     const std::string one = le32(1);
+    const std::string a1 = one + le(1, 2) + "a";
+    // clang-format off
     const std::pair<const char*, std::string> corpus[] = {
-        {"negative count", le32(-1)},
-        {"count larger than the records", le32(2) + record("a", "A")},
+        {"negative count", le32(-1)}, {"count past the records", le32(2) + record("a", "A")},
         {"huge count", le32(0x7FFFFFFF) + record("a", "A")},
         {"negative name length", one + le(-2, 2) + "ab" + le32(0)},
         {"zero name length", one + le(0, 2) + le32(1) + "A"},
         {"name length past the end", one + le(30000, 2) + "a"},
-        {"negative data length", one + le(1, 2) + "a" + le32(-5) + "xxxxx"},
-        {"data length past the end", one + le(1, 2) + "a" + le32(100) + "x"},
-        {"data length 2 GiB - 1", one + le(1, 2) + "a" + le32(0x7FFFFFFF)},
-        {"parent folder", one + record("..", "x")},
-        {"this folder", one + record(".", "x")},
-        {"traversal", one + record("../escaped", "x")},
+        {"negative data length", a1 + le32(-5) + "xxxxx"}, {"data past the end", a1 + le32(9)},
+        {"data length 2 GiB - 1", a1 + le32(0x7FFFFFFF)},
+        {"parent folder", one + record("..", "x")}, {"this folder", one + record(".", "x")},
+        {"traversal", one + record("../escaped", "x")}, {"backslash", one + record("..\\up", "x")},
         {"deep traversal", one + record("../../../../tmp/escaped", "x")},
         {"absolute path", one + record("/tmp/escaped", "x")},
         {"sub-folder", one + record("sub/inner", "x")},
-        {"backslash", one + record("..\\escaped", "x")},
-        {"drive", one + record("C:escaped", "x")},
-        {"bare drive", one + record("C:", "x")},
+        {"drive", one + record("C:escaped", "x")}, {"bare drive", one + record("C:", "x")},
         {"NUL in the name", one + record(std::string("a\0b", 3), "x")},
         {"name too long for the file system", one + record(std::string(256, 'n'), "")},
         {"name too long once in UTF-8", one + record(std::string(200, '\xE4'), "")},
         {"same name twice", le32(2) + record(" 1.tob", "x") + record(" 1.tob", "y")},
         {"good records then a bad one",
          le32(3) + record("keep.txt", "lost") + record(" 1.tob", "lost") + record("../x", "x")}};
+    // clang-format on
     for (const auto& [what, bytes] : corpus)
         expectRefused(bytes, what);
 }
@@ -74,6 +73,49 @@ TEST_F(DamagedArchive, LongestBareNameIsAccepted) {
     writeFile(archive(), le32(1) + record(std::string(255, 'n'), "ok"));
     EXPECT_EQ(unpack(), 1);
     EXPECT_EQ(readFile(obj() / std::string(255, 'n')), "ok");
+}
+
+// The inputs the fuzzers kept (tests/fuzz/corpus) go through the same checks, and every archive
+// input also through a real unpack.
+std::vector<fs::path> corpus(const char* target) {
+    std::vector<fs::path> files;
+    for (const auto& entry :
+         fs::directory_iterator(fs::path(PLUVARINE_SOURCE_DIR) / "tests/fuzz/corpus" / target))
+        if (entry.is_regular_file())
+            files.push_back(entry.path());
+    EXPECT_FALSE(files.empty()) << target;
+    return files;
+}
+
+TEST(FuzzCorpus, ProfileInputsKeepTheirProperties) {
+    for (const auto& file : corpus("profile"))
+        EXPECT_EQ(fuzz::checkProfileBytes(readFile(file)), "") << file;
+}
+
+// A refused input changes nothing; an accepted one writes exactly its records into the folder.
+TEST(FuzzCorpus, ArchiveInputsAreRefusedOrRestoredExactly) {
+    for (const auto& file : corpus("archive")) {
+        SCOPED_TRACE(file.string());
+        const std::string bytes = readFile(file);
+        EXPECT_EQ(fuzz::checkArchiveBytes(bytes), "");
+        ArchiveTree tree;
+        writeFile(tree.obj() / "keep", "keep");
+        writeFile(tree.archive(), bytes);
+        std::vector<ArchiveEntry> entries;
+        try {
+            entries = readArchiveIndex(bytes);
+        } catch (const RuntimeError&) {
+            EXPECT_TRUE(tree.failureChangingNothing([&tree] { tree.unpack(); }));
+            continue;
+        }
+        auto expected = snapshot(tree.root());
+        for (const ArchiveEntry& entry : entries)
+            expected["obj/" + entry.name] =
+                bytes.substr(static_cast<std::size_t>(entry.dataOffset),
+                             static_cast<std::size_t>(entry.dataLength));
+        EXPECT_EQ(tree.unpack(), static_cast<std::int32_t>(entries.size()));
+        EXPECT_EQ(snapshot(tree.root()), expected);
+    }
 }
 
 } // namespace
