@@ -63,6 +63,9 @@ struct CallLog {
     bool contains(const std::string& op) const { return !only({op}).empty(); }
 };
 
+// One fake plays several of the host's or the window's objects.
+template <typename... Interfaces> struct Implements : Interfaces... {};
+
 inline std::string six(const std::array<float, 6>& s) {
     return CallLog::join(s[0], s[1], s[2], s[3], s[4], s[5]);
 }
@@ -71,13 +74,8 @@ inline std::string six(const std::array<float, 6>& s) {
 // The same object plays the active building: one roof over x 0..10 m with two faces, x 0..5
 // (height 3.1 m, overhang 0.5 m, pitch 45°, direction 180°) and x 5..10 (3.5 m, 0.3 m, 30°,
 // 90°), gutter width 0.1 m, roofing thickness 0.05 m; and the object template and its element.
-class FakeHost : public HostConnection,
-                 public HostBuilding,
-                 public HostRoofList,
-                 public HostRoof,
-                 public HostRoofData,
-                 public HostObjectTemplate,
-                 public HostElement {
+class FakeHost : public Implements<HostConnection, HostBuilding, HostRoofList, HostRoof,
+                                   HostRoofData, HostObjectTemplate, HostElement> {
 public:
     explicit FakeHost(CallLog& log) : m_log(log) {}
     std::string programFolder;
@@ -214,11 +212,8 @@ private:
 // A macro wired to the fakes, in a fresh host program folder with the installed working-folder
 // tree (obj/ and destination/, empty). The fixture itself plays the main window and the
 // program's services (message boxes, the end, help).
-class MacroFixture : public ::testing::Test,
-                     public MainWindowView,
-                     public UserMessages,
-                     public ProgramControl,
-                     public HelpViewer {
+class MacroFixture
+    : public Implements<::testing::Test, MainWindowView, UserMessages, ProgramControl, HelpViewer> {
 protected:
     MacroFixture() {
         std::filesystem::create_directories(work / "obj");
