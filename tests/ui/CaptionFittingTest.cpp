@@ -11,7 +11,7 @@ namespace {
 
 const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
 
-TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallest) {
+TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
     const QFont base = windowFont();
     const QString text = QStringLiteral("Ширина водосточного желоба");
     const QSize room(108, 24);

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 
 namespace pluvarine::test {
 namespace {
@@ -20,11 +21,9 @@ protected:
     }
     QRadioButton* option(const char* name) { return child<QRadioButton>(message, name); }
     bool sceneHasPart(const std::string& fragment) const {
-        for (const SceneObject& object : scene.objects()) {
-            if (object.partFile.find(fragment) != std::string::npos)
-                return true;
-        }
-        return false;
+        return std::any_of(scene.objects().begin(), scene.objects().end(), [&](const auto& o) {
+            return o.partFile.find(fragment) != std::string::npos;
+        });
     }
 
     LanguageScope scope;
