@@ -1,6 +1,7 @@
 // The viewer's speed for the default assembly (continuous pipe, H = 3000, the main window's
 // default fields): a rebuild into the real scene with a warm part cache, SaveScene, and the
-// preview's frame time at 692 x 464 with 4x multisampling.
+// preview's frame time at 692 x 464: multisampled as when the view rests, with and without the
+// resolve into the widget's framebuffer, and plain as while the view moves.
 #include "assembly/Daten.h"
 #include "assembly/PlainRebuildInputs.h"
 #include "assembly/Rebuild.h"
@@ -66,7 +67,8 @@ double processCpuMilliseconds() {
            (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
 }
 
-// Argument: the number of samples per pixel (4: what the preview uses; 0: for comparison).
+// Arguments: the number of samples per pixel (4: the view at rest; 0: while it moves), and
+// whether the multisampled frame is resolved into a single-sampled one as the widget does.
 void BM_PreviewFrame(benchmark::State& state) {
     QSurfaceFormat format;
     format.setVersion(3, 3);
@@ -85,6 +87,8 @@ void BM_PreviewFrame(benchmark::State& state) {
     fboFormat.setSamples(int(state.range(0)));
     fboFormat.setAttachment(QOpenGLFramebufferObject::Depth);
     QOpenGLFramebufferObject fbo(size, fboFormat);
+    QOpenGLFramebufferObject resolved(size);
+    const bool resolve = state.range(1) != 0;
     fbo.bind();
     DefaultAssembly assembly;
     assembly.build();
@@ -96,6 +100,9 @@ void BM_PreviewFrame(benchmark::State& state) {
     const double cpuBefore = processCpuMilliseconds();
     for (auto _ : state) {
         renderer.render(assembly.scene, camera, size);
+        if (resolve) {
+            QOpenGLFramebufferObject::blitFramebuffer(&resolved, &fbo);
+        }
         context.functions()->glFinish();
     }
     // llvmpipe renders on threads of its own: their CPU time per frame tells the cost of a
@@ -107,7 +114,12 @@ void BM_PreviewFrame(benchmark::State& state) {
     fbo.release();
     context.doneCurrent();
 }
-BENCHMARK(BM_PreviewFrame)->Arg(4)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_PreviewFrame)
+    ->Args({4, 0})
+    ->Args({4, 1})
+    ->Args({0, 0})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 } // namespace
 } // namespace pluvarine

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
 #include <QSurfaceFormat>
 #include <QWheelEvent>
 
@@ -15,8 +16,7 @@ PreviewWidget::PreviewWidget(ViewerScene& scene, QWidget* parent)
     format.setVersion(3, 3);
     format.setProfile(QSurfaceFormat::CoreProfile);
     format.setDepthBufferSize(24);
-    format.setSamples(4);
-    setFormat(format);
+    setFormat(format); // single-sampled: the multisampled frames go through m_multisampled
     setMinimumSize(64, 64);
     setFocusPolicy(Qt::StrongFocus);
     m_observer = m_scene.addObserver([this](SceneChange change) {
@@ -27,6 +27,9 @@ PreviewWidget::PreviewWidget(ViewerScene& scene, QWidget* parent)
     });
     m_scene.setSaveDialog([this](const std::string& name) { return askSavePath(name); });
     m_camera.reset(m_scene.bounds(), aspect());
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(kSettleMs);
+    connect(&m_settle, &QTimer::timeout, this, qOverload<>(&QWidget::update));
 }
 
 PreviewWidget::~PreviewWidget() {
@@ -79,7 +82,31 @@ void PreviewWidget::resizeGL(int, int) {
 }
 
 void PreviewWidget::paintGL() {
-    m_renderer.render(m_scene, m_camera, size() * devicePixelRatio());
+    const QSize pixels = size() * devicePixelRatio();
+    if (moving()) {
+        m_renderer.render(m_scene, m_camera, pixels);
+        return;
+    }
+    if (!m_multisampled || m_multisampled->size() != pixels) {
+        QOpenGLFramebufferObjectFormat format;
+        format.setSamples(4);
+        format.setAttachment(QOpenGLFramebufferObject::Depth);
+        m_multisampled = std::make_unique<QOpenGLFramebufferObject>(pixels, format);
+    }
+    m_multisampled->bind();
+    m_renderer.render(m_scene, m_camera, pixels);
+    // Resolve into the widget's own framebuffer.
+    auto* gl = context()->extraFunctions();
+    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, defaultFramebufferObject());
+    gl->glBlitFramebuffer(0, 0, pixels.width(), pixels.height(), 0, 0, pixels.width(),
+                          pixels.height(), GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+}
+
+void PreviewWidget::startMoving() {
+    m_followFit = false;
+    m_settle.start(); // restarts: the multisampled frame waits until the view rests
+    update();
 }
 
 void PreviewWidget::releaseGl() {
@@ -88,6 +115,7 @@ void PreviewWidget::releaseGl() {
     }
     makeCurrent();
     m_renderer.release();
+    m_multisampled.reset();
     doneCurrent();
 }
 
@@ -111,8 +139,7 @@ void PreviewWidget::mouseMoveEvent(QMouseEvent* event) {
     } else {
         return;
     }
-    m_followFit = false;
-    update();
+    startMoving();
 }
 
 void PreviewWidget::mouseReleaseEvent(QMouseEvent*) {
@@ -125,8 +152,7 @@ void PreviewWidget::mouseDoubleClickEvent(QMouseEvent*) {
 
 void PreviewWidget::wheelEvent(QWheelEvent* event) {
     m_camera.zoom(float(event->angleDelta().y()) / 120.0f);
-    m_followFit = false;
-    update();
+    startMoving();
 }
 
 } // namespace pluvarine

@@ -217,6 +217,27 @@ bool near(QRgb pixel, const QColor& colour) {
            std::abs(qBlue(pixel) - colour.blue()) <= 1;
 }
 
+// Along the middle row, where the wall starts after the background, and how many pixels in
+// between are neither: multisampling blends the pixels the wall's edge cuts through.
+struct WallEdge {
+    int wallStart = -1;
+    int blended = 0;
+};
+
+WallEdge wallEdgeOnMiddleRow(const QImage& image) {
+    WallEdge edge;
+    const int y = image.height() / 2;
+    for (int x = 0; x < image.width() && edge.wallStart < 0; ++x) {
+        const QRgb c = image.pixel(x, y);
+        if (near(c, SceneRenderer::wallColor())) {
+            edge.wallStart = x;
+        } else if (!near(c, SceneRenderer::backgroundColor())) {
+            ++edge.blended;
+        }
+    }
+    return edge;
+}
+
 TEST_F(WallRender, FromTheFrontTheWallHidesWhatIsBehindItAndItsEdgesAreSmooth) {
     const QImage image = render(camera(OrbitCamera::kDefaultYaw, 6));
     image.save(QString::fromStdString(std::string(PLUVARINE_BINARY_DIR) + "/screenshots/wall.png"));
@@ -226,20 +247,9 @@ TEST_F(WallRender, FromTheFrontTheWallHidesWhatIsBehindItAndItsEdgesAreSmooth) {
     const QColor background = SceneRenderer::backgroundColor();
     EXPECT_TRUE(near(image.pixel(0, 0), background));
     EXPECT_TRUE(near(image.pixel(image.width() - 1, image.height() - 1), background));
-    // Along the middle row the wall starts somewhere; multisampling blends the pixels its edge
-    // cuts through.
-    const int y = image.height() / 2;
-    int wallStart = -1, blended = 0;
-    for (int x = 0; x < image.width() && wallStart < 0; ++x) {
-        const QRgb c = image.pixel(x, y);
-        if (near(c, SceneRenderer::wallColor())) {
-            wallStart = x;
-        } else if (!near(c, background)) {
-            ++blended;
-        }
-    }
-    EXPECT_GT(wallStart, 10);
-    EXPECT_GE(blended, 1);
+    const WallEdge edge = wallEdgeOnMiddleRow(image);
+    EXPECT_GT(edge.wallStart, 10);
+    EXPECT_GE(edge.blended, 1);
 }
 
 TEST_F(WallRender, FromBehindThereIsNoWall) {
@@ -253,6 +263,30 @@ TEST_F(WallRender, FromBehindThereIsNoWall) {
         }
     }
     EXPECT_EQ(wallPixels, 0);
+}
+
+TEST_F(WallRender, WhileTheViewMovesFramesArePlainAndOnceItRestsSmooth) {
+    PreviewWidget widget(m_scene);
+    widget.resize(692, 464);
+    widget.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    widget.setCamera(camera(OrbitCamera::kDefaultYaw, 6));
+    EXPECT_FALSE(widget.moving());
+    EXPECT_GE(wallEdgeOnMiddleRow(widget.grabFramebuffer()).blended, 1);
+
+    QTest::mousePress(&widget, Qt::LeftButton, {}, {300, 100});
+    QTest::mouseMove(&widget, {303, 100});
+    ASSERT_TRUE(widget.moving());
+    const WallEdge moving = wallEdgeOnMiddleRow(widget.grabFramebuffer());
+    EXPECT_GT(moving.wallStart, 10);
+    EXPECT_EQ(moving.blended, 0);
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, {303, 100});
+
+    for (int i = 0; i < 100 && widget.moving(); ++i) {
+        QTest::qWait(PreviewWidget::kSettleMs / 5);
+    }
+    EXPECT_FALSE(widget.moving());
+    EXPECT_GE(wallEdgeOnMiddleRow(widget.grabFramebuffer()).blended, 1);
 }
 
 } // namespace
