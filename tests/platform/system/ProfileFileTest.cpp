@@ -1,6 +1,7 @@
 #include "platform/system/ProfileFile.h"
 
 #include <QTemporaryDir>
+#include <array>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -118,59 +119,34 @@ INSTANTIATE_TEST_SUITE_P(
         WriteCase{"names trimmed", "", " s ", "\tk ", "v", "[s]\r\nk=v\r\n"},
         WriteCase{"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2", "[a]junk\r\nk=2\r\n"}));
 
-TEST(ProfileWrite, ReadsBackWhatItWrote) {
-    std::string content = "; settings\r\n[other]\r\nEintrag=x\r\n";
-    content = withProfileValue(content, "SEKTION", "EINTRAG", " 41");
-    content = withProfileValue(content, "Sektion", "Eintrag", " 42");
-    EXPECT_EQ(findProfileValue(content, "sektion", "eintrag"), "42");
-    EXPECT_EQ(findProfileValue(content, "other", "Eintrag"), "x");
+TEST(ProfileRefused, EntriesThatCannotBeReadBack) {
+    const std::string nul("a\0b", 3);
+    const std::array<std::string_view, 3> table[] = {
+        {"", "k", "v"},     {" ", "k", "v"},   {"s", "", "v"},  {"s", "k", "a\r\nb=c"},
+        {"s", "k", "a\nb"}, {"s\n", "k", "v"}, {"s", "k", nul}, {"s]x", "k", "v"},
+        {"s", "a=b", "v"},  {"s", ";k", "v"},  {"s", "[k", "v"}};
+    for (const auto& [section, key, value] : table)
+        EXPECT_FALSE(isWritableProfileEntry(section, key, value))
+            << section << "|" << key << "|" << value;
 }
-
-struct RefusedCase {
-    std::string section;
-    std::string key;
-    std::string value;
-};
-
-class ProfileRefused : public ::testing::TestWithParam<RefusedCase> {};
-
-TEST_P(ProfileRefused, IsNotWritable) {
-    EXPECT_FALSE(isWritableProfileEntry(GetParam().section, GetParam().key, GetParam().value));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EntriesThatCannotBeReadBack, ProfileRefused,
-    ::testing::Values(RefusedCase{"", "k", "v"}, RefusedCase{" ", "k", "v"},
-                      RefusedCase{"s", "", "v"}, RefusedCase{"s", "k", "a\r\nb=c"},
-                      RefusedCase{"s", "k", "a\nb"}, RefusedCase{"s\n", "k", "v"},
-                      RefusedCase{"s", "k", std::string("a\0b", 3)}, RefusedCase{"s]x", "k", "v"},
-                      RefusedCase{"s", "a=b", "v"}, RefusedCase{"s", ";k", "v"},
-                      RefusedCase{"s", "[k", "v"}));
 
 // ---- files ------------------------------------------------------------------------------
 
 std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
-}
-
-void writeFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-std::size_t entryCount(const std::string& folder) {
-    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder),
-                                                  std::filesystem::directory_iterator()));
 }
 
 class ProfileFile : public ::testing::Test {
 protected:
-    QTemporaryDir m_dir;
     std::string folder() const { return m_dir.path().toStdString(); }
     std::string file() const { return folder() + "/Data.ini"; }
-
+    std::size_t entryCount() const {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(folder()), {}));
+    }
+    void put(const std::string& content) { std::ofstream(file(), std::ios::binary) << content; }
     std::string get(const std::string& key, std::uint32_t size = 255) {
         std::string buffer(size + 1, '#');
         const std::uint32_t count =
@@ -178,73 +154,52 @@ protected:
         EXPECT_EQ(buffer[count], '\0');
         return buffer.substr(0, count);
     }
+    QTemporaryDir m_dir;
 };
 
-TEST_F(ProfileFile, MissingFileGivesTheDefault) {
+TEST_F(ProfileFile, BufferOf255KeepsAtMost254AndAMissingFileGivesTheDefault) {
     EXPECT_EQ(get("k"), "dflt");
-    EXPECT_FALSE(std::filesystem::exists(file()));
-}
-
-TEST_F(ProfileFile, BufferOf255KeepsAtMost254) {
-    writeFile(file(), "[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" + std::string(254, 'y') +
-                          "\r\nk253=" + std::string(253, 'z') + "\r\n");
+    EXPECT_EQ(entryCount(), 0u);
+    put("[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" + std::string(254, 'y') +
+        "\r\nk253=" + std::string(253, 'z') + "\r\n");
     EXPECT_EQ(get("k300"), std::string(254, 'x'));
     EXPECT_EQ(get("k254"), std::string(254, 'y'));
     EXPECT_EQ(get("k253"), std::string(253, 'z'));
     EXPECT_EQ(get("k300", 1), "");
 }
 
-TEST_F(ProfileFile, NewFileIsSectionAndKeyWithCrLf) {
+TEST_F(ProfileFile, WriteMakesSectionAndKeyWithCrLfAndKeepsEverythingElse) {
     EXPECT_NE(WritePrivateProfileStringA("SEKTION", "EINTRAG", " 7", file()), 0);
     EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 7\r\n");
-    EXPECT_EQ(entryCount(folder()), 1u); // no temporary file left behind
-}
-
-TEST_F(ProfileFile, RewriteKeepsEverythingElseAndThePermissions) {
-    writeFile(file(), "; c\r\n[SEKTION]\r\nEINTRAG= 1\r\n[x]\r\ny=2\r\n");
+    put("; c\r\n[SEKTION]\r\nEINTRAG= 1\r\n[x]\r\ny=2\r\n");
     ::chmod(file().c_str(), 0640);
     EXPECT_NE(WritePrivateProfileStringA("Sektion", "Eintrag", " 2", file()), 0);
     EXPECT_EQ(readFile(file()), "; c\r\n[SEKTION]\r\nEINTRAG= 2\r\n[x]\r\ny=2\r\n");
-    struct stat info {};
-    ASSERT_EQ(::stat(file().c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0640u);
+    EXPECT_EQ(std::filesystem::status(file()).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(entryCount(), 1u); // no temporary file left behind
 }
 
-TEST_F(ProfileFile, MissingFolderFailsAndCreatesNothing) {
+// A refused entry, a missing folder, a folder in the file's place or a full disk (here: the
+// file-size limit) leave the old file whole and no temporary file behind.
+TEST_F(ProfileFile, FailedWritesChangeNothing) {
     EXPECT_EQ(WritePrivateProfileStringA("s", "k", "v", folder() + "/obj/Data.ini"), 0);
-    EXPECT_EQ(entryCount(folder()), 0u);
-}
-
-TEST_F(ProfileFile, UnreadableTargetIsNotReplaced) {
     std::filesystem::create_directory(file());
     EXPECT_EQ(WritePrivateProfileStringA("s", "k", "v", file()), 0);
     EXPECT_TRUE(std::filesystem::is_directory(file()));
-    EXPECT_EQ(entryCount(folder()), 1u);
-}
-
-TEST_F(ProfileFile, RefusedEntryWritesNothing) {
-    writeFile(file(), "[s]\r\nk=1\r\n");
+    std::filesystem::remove(file());
+    put("[s]\r\nk=1\r\n");
     EXPECT_EQ(WritePrivateProfileStringA("s", "k", "2\r\n[t]", file()), 0);
-    EXPECT_EQ(readFile(file()), "[s]\r\nk=1\r\n");
-}
-
-// A write that cannot complete (here: the file-size limit, as a full disk) leaves the old file
-// whole and no temporary file behind.
-TEST_F(ProfileFile, FailedWriteLeavesTheOldFileWhole) {
-    const std::string old = "[s]\r\nk=1\r\n";
-    writeFile(file(), old);
-    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     rlimit previous{};
     ::getrlimit(RLIMIT_FSIZE, &previous);
-    rlimit tight = previous;
-    tight.rlim_cur = 16;
+    const rlimit tight{16, previous.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
     const std::int32_t result = WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file());
     ::setrlimit(RLIMIT_FSIZE, &previous);
-    std::signal(SIGXFSZ, previousHandler);
+    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(readFile(file()), old);
-    EXPECT_EQ(entryCount(folder()), 1u);
+    EXPECT_EQ(readFile(file()), "[s]\r\nk=1\r\n");
+    EXPECT_EQ(entryCount(), 1u);
 }
 
 } // namespace
