@@ -229,10 +229,7 @@ protected:
         host->programFolder = dir.path().toStdString() + "/";
         macro = std::make_unique<Macro>(MacroEnvironment{
             [this]() -> std::unique_ptr<HostConnection> {
-                log.call("createConnection");
-                if (connectionCannotBeCreated) {
-                    throw RuntimeError(RuntimeError::HostError, "cannot create the connection");
-                }
+                log.call("createConnection"); // fails like the host's object when told to
                 if (journal) {
                     return std::make_unique<JournalingHostConnection>(std::move(pendingHost),
                                                                       *journal);
@@ -302,7 +299,6 @@ protected:
     std::string labelX = ".....";
     std::string labelY = ".....";
     int pumps = 0;
-    bool connectionCannotBeCreated = false;
     std::unique_ptr<HostJournal> journal; // when set, the connection is journaled
     std::unique_ptr<Macro> macro;
 };

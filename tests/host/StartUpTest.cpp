@@ -47,7 +47,6 @@ TEST_F(StartUpTest, RunsTheLoadStepsInOrderAgainstACompatibleHost) {
 struct EndingCase {
     const char* name;
     bool russian;
-    bool cannotCreate;
     bool connectResult;
     const char* failingOp;
     const char* versionText;
@@ -59,7 +58,6 @@ class StartUpEndingTest : public MacroFixture, public ::testing::WithParamInterf
 TEST_P(StartUpEndingTest, ShowsOneMessageAndEnds) {
     const EndingCase& c = GetParam();
     russianSystem = c.russian;
-    connectionCannotBeCreated = c.cannotCreate;
     host->connectResult = c.connectResult;
     host->versionText = c.versionText;
     log.failing.insert(c.failingOp);
@@ -79,15 +77,15 @@ TEST_P(StartUpEndingTest, ShowsOneMessageAndEnds) {
 
 INSTANTIATE_TEST_SUITE_P(
     Paths, StartUpEndingTest,
-    ::testing::Values(EndingCase{"NoConnectionObject", false, true, true, "", "", 5001},
-                      EndingCase{"ConnectRefused", false, false, false, "", "", 5001},
-                      EndingCase{"ConnectFails", false, false, true, "ConnectMacro", "", 5001},
-                      EndingCase{"RussianUnreachable", true, false, false, "", "", 5001},
-                      EndingCase{"OldVersion", false, false, true, "", "Tectaro +2004", 5000},
-                      EndingCase{"OtherProduct", false, false, true, "", "Archicad +2010", 5000},
-                      EndingCase{"NoVersionNumber", false, false, true, "", "Tectaro 2010", 5000},
-                      EndingCase{"VersionTextFails", false, false, true, "GetVersionText",
-                                 "Tectaro +2010", 5000}),
+    ::testing::Values(EndingCase{"NoConnectionObject", false, true, "createConnection", "", 5001},
+                      EndingCase{"ConnectRefused", false, false, "", "", 5001},
+                      EndingCase{"ConnectFails", false, true, "ConnectMacro", "", 5001},
+                      EndingCase{"RussianUnreachable", true, false, "", "", 5001},
+                      EndingCase{"OldVersion", false, true, "", "Tectaro +2004", 5000},
+                      EndingCase{"OtherProduct", false, true, "", "Archicad +2010", 5000},
+                      EndingCase{"NoVersionNumber", false, true, "", "Tectaro 2010", 5000},
+                      EndingCase{"VersionTextFails", false, true, "GetVersionText", "Tectaro +2010",
+                                 5000}),
     [](const auto& testCase) { return std::string(testCase.param.name); });
 
 TEST_F(StartUpTest, ARussianSystemSkipsTheVersionCheck) {
