@@ -16,108 +16,84 @@ namespace {
 // ---- reading ----------------------------------------------------------------------------
 
 struct ReadCase {
-    const char* what;
-    std::string content;
-    std::string section;
-    std::string key;
+    const char *what, *content, *section, *key;
     std::optional<std::string> value;
 };
 
-class ProfileRead : public ::testing::TestWithParam<ReadCase> {};
-
-TEST_P(ProfileRead, FindsTheValue) {
-    const ReadCase& c = GetParam();
-    EXPECT_EQ(findProfileValue(c.content, c.section, c.key), c.value) << c.what;
+TEST(ProfileRead, FindsTheValue) {
+    // clang-format off
+    const ReadCase table[] = {
+        {"plain", "[Sektion]\r\nEintrag=12\r\n", "Sektion", "Eintrag", "12"},
+        {"names ignore case", "[SEKTION]\r\nEINTRAG= 7\r\n", "Sektion", "Eintrag", "7"},
+        {"asked names trimmed", "[s]\r\nk=1\r\n", "  s\t", " k ", "1"},
+        {"file names trimmed", "[ s ]\r\n  k  =  v  \r\n", "s", "k", "v"},
+        {"value trimmed then unquoted", "[s]\r\nk=  \" v \"  \r\n", "s", "k", " v "},
+        {"single quotes", "[s]\r\nk='v'\r\n", "s", "k", "v"},
+        {"only one pair removed", "[s]\r\nk=\"\"v\"\"\r\n", "s", "k", "\"v\""},
+        {"unmatched quotes stay", "[s]\r\nk=\"x'\r\n", "s", "k", "\"x'"},
+        {"lone quote stays", "[s]\r\nk=\"\r\n", "s", "k", "\""},
+        {"empty quotes", "[s]\r\nk=\"\"\r\n", "s", "k", ""},
+        {"empty value is present", "[s]\r\nk=\r\n", "s", "k", ""},
+        {"tabs trimmed", "[s]\r\nk=\t9\t\r\n", "s", "k", "9"},
+        {"value keeps its '='", "[s]\r\nk=a=b\r\n", "s", "k", "a=b"},
+        {"comment line", "[s]\r\n;k=1\r\nk=2\r\n", "s", "k", "2"},
+        {"indented comment line", "[s]\r\n   ;k=1\r\nk=2\r\n", "s", "k", "2"},
+        {"';' and '#' later are data", "[s]\r\nk=a;b#c\r\n", "s", "k", "a;b#c"},
+        {"'#' starts no comment", "[s]\r\n#k=1\r\n", "s", "#k", "1"},
+        {"line without '=' is no key", "[s]\r\nk\r\n", "s", "k", std::nullopt},
+        {"blank lines ignored", "\r\n\r\n[s]\r\n\r\n  \r\nk=3\r\n", "s", "k", "3"},
+        {"LF line ends", "[s]\nk=4\n", "s", "k", "4"},
+        {"no final line break", "[s]\r\nk=5", "s", "k", "5"},
+        {"first key wins", "[s]\r\nk=1\r\nK=2\r\n", "s", "k", "1"},
+        {"first section wins", "[s]\r\na=1\r\n[t]\r\n[S]\r\nb=2\r\n", "s", "b", std::nullopt},
+        {"before the first section", "k=0\r\n[s]\r\n", "s", "k", std::nullopt},
+        {"junk after ']'", "[s]junk\r\nk=1\r\n", "s", "k", "1"},
+        {"unclosed header is no section", "[s\r\nk=1\r\n", "s", "k", std::nullopt},
+        {"other section's key", "[a]\r\nk=1\r\n[b]\r\n", "b", "k", std::nullopt},
+        {"empty file", "", "s", "k", std::nullopt},
+        {"only ASCII case folds", "[\xC4]\r\nk=1\r\n", "\xE4", "k", std::nullopt},
+        {"8-bit value", "[s]\r\nk=Gr\xF6\xDF\x65\r\n", "s", "k", "Gr\xF6\xDF\x65"}};
+    // clang-format on
+    for (const auto& [what, content, section, key, value] : table)
+        EXPECT_EQ(findProfileValue(content, section, key), value) << what;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Semantics, ProfileRead,
-    ::testing::Values(
-        ReadCase{"plain", "[Sektion]\r\nEintrag=12\r\n", "Sektion", "Eintrag", "12"},
-        ReadCase{"names ignore case", "[SEKTION]\r\nEINTRAG= 7\r\n", "Sektion", "Eintrag", "7"},
-        ReadCase{"asked names trimmed", "[s]\r\nk=1\r\n", "  s\t", " k ", "1"},
-        ReadCase{"file names trimmed", "[ s ]\r\n  k  =  v  \r\n", "s", "k", "v"},
-        ReadCase{"value trimmed then unquoted", "[s]\r\nk=  \" v \"  \r\n", "s", "k", " v "},
-        ReadCase{"single quotes", "[s]\r\nk='v'\r\n", "s", "k", "v"},
-        ReadCase{"only one pair removed", "[s]\r\nk=\"\"v\"\"\r\n", "s", "k", "\"v\""},
-        ReadCase{"unmatched quotes stay", "[s]\r\nk=\"x'\r\n", "s", "k", "\"x'"},
-        ReadCase{"lone quote stays", "[s]\r\nk=\"\r\n", "s", "k", "\""},
-        ReadCase{"empty quotes", "[s]\r\nk=\"\"\r\n", "s", "k", ""},
-        ReadCase{"empty value is present", "[s]\r\nk=\r\n", "s", "k", ""},
-        ReadCase{"tabs trimmed", "[s]\r\nk=\t9\t\r\n", "s", "k", "9"},
-        ReadCase{"value keeps its '='", "[s]\r\nk=a=b\r\n", "s", "k", "a=b"},
-        ReadCase{"comment line", "[s]\r\n;k=1\r\nk=2\r\n", "s", "k", "2"},
-        ReadCase{"indented comment line", "[s]\r\n   ;k=1\r\nk=2\r\n", "s", "k", "2"},
-        ReadCase{"';' and '#' later are data", "[s]\r\nk=a;b#c\r\n", "s", "k", "a;b#c"},
-        ReadCase{"'#' starts no comment", "[s]\r\n#k=1\r\n", "s", "#k", "1"},
-        ReadCase{"line without '=' is no key", "[s]\r\nk\r\n", "s", "k", std::nullopt},
-        ReadCase{"blank lines ignored", "\r\n\r\n[s]\r\n\r\n  \r\nk=3\r\n", "s", "k", "3"},
-        ReadCase{"LF line ends", "[s]\nk=4\n", "s", "k", "4"},
-        ReadCase{"no final line break", "[s]\r\nk=5", "s", "k", "5"},
-        ReadCase{"first key wins", "[s]\r\nk=1\r\nK=2\r\n", "s", "k", "1"},
-        ReadCase{"first section wins", "[s]\r\na=1\r\n[t]\r\n[S]\r\nb=2\r\n", "s", "b",
-                 std::nullopt},
-        ReadCase{"first section's key", "[s]\r\na=1\r\n[t]\r\n[S]\r\na=2\r\n", "s", "a", "1"},
-        ReadCase{"before the first section", "k=0\r\n[s]\r\n", "s", "k", std::nullopt},
-        ReadCase{"junk after ']'", "[s]junk\r\nk=1\r\n", "s", "k", "1"},
-        ReadCase{"unclosed header is no section", "[s\r\nk=1\r\n", "s", "k", std::nullopt},
-        ReadCase{"other section's key", "[a]\r\nk=1\r\n[b]\r\n", "b", "k", std::nullopt},
-        ReadCase{"missing section", "[a]\r\nk=1\r\n", "b", "k", std::nullopt},
-        ReadCase{"empty file", "", "s", "k", std::nullopt},
-        ReadCase{"only ASCII case folds", "[\xC4]\r\nk=1\r\n", "\xE4", "k", std::nullopt},
-        ReadCase{"8-bit value",
-                 "[s]\r\nk=Gr\xF6\xDF"
-                 "e\r\n",
-                 "s", "k",
-                 "Gr\xF6\xDF"
-                 "e"}));
 
 // ---- writing ----------------------------------------------------------------------------
 
 struct WriteCase {
-    const char* what;
-    std::string before;
-    std::string section;
-    std::string key;
-    std::string value;
-    std::string after;
+    const char *what, *before, *section, *key, *value, *after;
 };
 
-class ProfileWrite : public ::testing::TestWithParam<WriteCase> {};
-
-TEST_P(ProfileWrite, ChangesOnlyTheEntry) {
-    const WriteCase& c = GetParam();
-    ASSERT_TRUE(isWritableProfileEntry(c.section, c.key, c.value)) << c.what;
-    EXPECT_EQ(withProfileValue(c.before, c.section, c.key, c.value), c.after) << c.what;
+TEST(ProfileWrite, ChangesOnlyTheEntry) {
+    // clang-format off
+    const WriteCase table[] = {
+        {"new file", "", "SEKTION", "EINTRAG", " 7", "[SEKTION]\r\nEINTRAG= 7\r\n"},
+        {"replace keeps spelling", "[Sektion]\r\nEintrag= 3\r\n", "SEKTION", "EINTRAG", " 4",
+         "[Sektion]\r\nEintrag= 4\r\n"},
+        {"replace keeps the rest", "; head\r\n[a]\r\n; note\r\nx = 1 \r\ny=2\r\n", "A", "X", "9",
+         "; head\r\n[a]\r\n; note\r\nx=9\r\ny=2\r\n"},
+        {"replace keeps LF", "[a]\nx=1\nz=2\n", "a", "x", "5", "[a]\nx=5\nz=2\n"},
+        {"new key after the last entry", "[a]\r\nx=1\r\n\r\n[b]\r\ny=2\r\n", "a", "z", "3",
+         "[a]\r\nx=1\r\nz=3\r\n\r\n[b]\r\ny=2\r\n"},
+        {"new key in an empty section", "[a]\r\n[b]\r\n", "a", "k", "v", "[a]\r\nk=v\r\n[b]\r\n"},
+        {"new key at the end", "[a]\r\nx=1", "a", "y", "2", "[a]\r\nx=1\r\ny=2\r\n"},
+        {"new section appended", "[a]\r\nx=1\r\n", "b", "y", "2", "[a]\r\nx=1\r\n[b]\r\ny=2\r\n"},
+        {"new section after no final break", "[a]\r\nx=1", "b", "k", "v",
+         "[a]\r\nx=1\r\n[b]\r\nk=v\r\n"},
+        {"first of duplicate sections", "[a]\r\nx=1\r\n[a]\r\ny=2\r\n", "A", "y", "3",
+         "[a]\r\nx=1\r\ny=3\r\n[a]\r\ny=2\r\n"},
+        {"first of duplicate keys", "[a]\r\nk=1\r\nk=2\r\n", "a", "k", "3",
+         "[a]\r\nk=3\r\nk=2\r\n"},
+        {"lines before the first section stay", "k=0\r\n", "s", "k", "1", "k=0\r\n[s]\r\nk=1\r\n"},
+        {"value as given", "", "s", "k", "  \"q\" ", "[s]\r\nk=  \"q\" \r\n"},
+        {"names trimmed", "", " s ", "\tk ", "v", "[s]\r\nk=v\r\n"},
+        {"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2", "[a]junk\r\nk=2\r\n"}};
+    // clang-format on
+    for (const auto& [what, before, section, key, value, after] : table) {
+        ASSERT_TRUE(isWritableProfileEntry(section, key, value)) << what;
+        EXPECT_EQ(withProfileValue(before, section, key, value), after) << what;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Semantics, ProfileWrite,
-    ::testing::Values(
-        WriteCase{"new file", "", "SEKTION", "EINTRAG", " 7", "[SEKTION]\r\nEINTRAG= 7\r\n"},
-        WriteCase{"replace keeps spelling", "[Sektion]\r\nEintrag= 3\r\n", "SEKTION", "EINTRAG",
-                  " 4", "[Sektion]\r\nEintrag= 4\r\n"},
-        WriteCase{"replace keeps the rest", "; head\r\n[a]\r\n; note\r\nx = 1 \r\ny=2\r\n", "A",
-                  "X", "9", "; head\r\n[a]\r\n; note\r\nx=9\r\ny=2\r\n"},
-        WriteCase{"replace keeps LF", "[a]\nx=1\nz=2\n", "a", "x", "5", "[a]\nx=5\nz=2\n"},
-        WriteCase{"new key after the last entry", "[a]\r\nx=1\r\n\r\n[b]\r\ny=2\r\n", "a", "z", "3",
-                  "[a]\r\nx=1\r\nz=3\r\n\r\n[b]\r\ny=2\r\n"},
-        WriteCase{"new key in an empty section", "[a]\r\n[b]\r\n", "a", "k", "v",
-                  "[a]\r\nk=v\r\n[b]\r\n"},
-        WriteCase{"new key at the end", "[a]\r\nx=1", "a", "y", "2", "[a]\r\nx=1\r\ny=2\r\n"},
-        WriteCase{"new section appended", "[a]\r\nx=1\r\n", "b", "y", "2",
-                  "[a]\r\nx=1\r\n[b]\r\ny=2\r\n"},
-        WriteCase{"new section after no final break", "[a]\r\nx=1", "b", "k", "v",
-                  "[a]\r\nx=1\r\n[b]\r\nk=v\r\n"},
-        WriteCase{"first of duplicate sections", "[a]\r\nx=1\r\n[a]\r\ny=2\r\n", "A", "y", "3",
-                  "[a]\r\nx=1\r\ny=3\r\n[a]\r\ny=2\r\n"},
-        WriteCase{"first of duplicate keys", "[a]\r\nk=1\r\nk=2\r\n", "a", "k", "3",
-                  "[a]\r\nk=3\r\nk=2\r\n"},
-        WriteCase{"lines before the first section stay", "k=0\r\n", "s", "k", "1",
-                  "k=0\r\n[s]\r\nk=1\r\n"},
-        WriteCase{"value as given", "", "s", "k", "  \"q\" ", "[s]\r\nk=  \"q\" \r\n"},
-        WriteCase{"names trimmed", "", " s ", "\tk ", "v", "[s]\r\nk=v\r\n"},
-        WriteCase{"junk header kept", "[a]junk\r\nk=1\r\n", "a", "k", "2", "[a]junk\r\nk=2\r\n"}));
 
 TEST(ProfileRefused, EntriesThatCannotBeReadBack) {
     const std::string nul("a\0b", 3);
