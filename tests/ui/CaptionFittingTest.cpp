@@ -4,8 +4,6 @@
 #include "ui/OptionButton.h"
 #include "ui/UiText.h"
 
-#include <QLabel>
-
 namespace pluvarine::test {
 namespace {
 

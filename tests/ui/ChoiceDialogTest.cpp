@@ -1,9 +1,5 @@
 #include "UiTestSupport.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <algorithm>
 
 namespace pluvarine::test {

@@ -1,10 +1,6 @@
 #include "UiTestSupport.h"
 #include "base/Conversions.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-
 namespace pluvarine::test {
 namespace {
 

@@ -1,10 +1,6 @@
 #include "UiTestSupport.h"
 #include "ui/text/LanguageM.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QPushButton>
-
 namespace pluvarine::test {
 namespace {
 

@@ -2,10 +2,6 @@
 #include "assembly/MaterialChoice.h"
 #include "host/MacroCommands.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QRadioButton>
 #include <functional>
 
 namespace pluvarine::test {

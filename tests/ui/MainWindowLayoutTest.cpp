@@ -1,10 +1,5 @@
 #include "UiTestSupport.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QTimer>
 
 namespace pluvarine::test {

@@ -2,9 +2,6 @@
 
 #include "UiTestSupport.h"
 
-#include <QComboBox>
-#include <QLineEdit>
-
 namespace pluvarine::test {
 namespace {
 
