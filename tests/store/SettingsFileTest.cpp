@@ -84,7 +84,8 @@ TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguage) {
     // clang-format off
     const std::pair<int, const char*> table[] = {
         {German, "Makros"}, {Russian, "Makros"}, {EnglishUnitedStates, "Macros"},
-        {French, "Macros"}, {EnglishUnitedKingdom, "Macros"}, {Polish, "Macros"}, {Croatian, "Macros"}};
+        {French, "Macros"}, {EnglishUnitedKingdom, "Macros"}, {Polish, "Macros"},
+        {Croatian, "Macros"}};
     // clang-format on
     for (const auto& [lcid, macros] : table) {
         setActiveTextLanguage(lcid);

@@ -13,9 +13,9 @@
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <sys/resource.h>
 
 namespace pluvarine::testing {
@@ -43,9 +43,7 @@ public:
 };
 
 inline std::string readFile(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
+    return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
 }
 
 inline void writeFile(const fs::path& path, const std::string& bytes) {

@@ -36,19 +36,6 @@ TEST(LocaleNameForLcid, IsTheInverseForKnownIdentifiers) {
     EXPECT_EQ(localeNameForLcid(0), "");
 }
 
-TEST(ParseLocaleName, SplitsTheParts) {
-    const auto name = parseLocaleName("sr_RS.UTF-8@latin");
-    ASSERT_TRUE(name);
-    EXPECT_EQ(name->language + "_" + name->region, "sr_RS");
-    EXPECT_TRUE(name->latin);
-    const auto tag = parseLocaleName("de-Latn-AT");
-    ASSERT_TRUE(tag);
-    EXPECT_EQ(tag->language + "_" + tag->region, "de_AT");
-    EXPECT_EQ(parseLocaleName("es-419")->region, "419");
-    EXPECT_FALSE(parseLocaleName("C"));
-    EXPECT_FALSE(parseLocaleName(""));
-}
-
 // Sets LC_ALL and LANG (nullptr: unset) for one test and puts the previous values back.
 class LocaleEnvironment : public ::testing::Test {
 protected:
