@@ -12,10 +12,8 @@ const std::string kValid = le32(3) + record("Data.ini", "[SEKTION]\r\nEINTRAG= 2
 class DamagedArchive : public ArchiveTest {
 protected:
     void SetUp() override {
-        writeFile(obj() / " 1.tob", "current object one");
-        writeFile(obj() / "keep.txt", "keep");
         fs::create_directory(obj() / "sub");
-        writeFile(obj() / "sub" / "inner", "inner");
+        put({{" 1.tob", "current object one"}, {"keep.txt", "keep"}, {"sub/inner", "inner"}});
     }
 
     // A refused archive leaves the whole tree as it was and shows neither progress nor message.

@@ -47,7 +47,6 @@ TEST_F(SettingsFile, CounterIsDerivedFromTheStoredNumber) {
 TEST_F(SettingsFile, ExportStoresTheNumberUsedAndMovesOn) {
     EXPECT_EQ(counterAfterExport(file(), 1), 2);
     EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 1\r\n");
-    EXPECT_EQ(counterAtStartUp(file()), 2);
     writeFile(file(), "[Sektion]\r\nEintrag= 3\r\n");
     EXPECT_EQ(counterAfterExport(file(), 7), 8);
     EXPECT_EQ(readFile(file()), "[Sektion]\r\nEintrag= 7\r\n");
@@ -71,8 +70,6 @@ TEST_F(SettingsFile, RefusedOrFailedWritesChangeNothing) {
     EXPECT_THROW(ReadIni(file(), "Фасад", "Eintrag"), RuntimeError);
     EXPECT_FALSE(fs::exists(file()));
     EXPECT_EQ(WriteIni(withoutFolder(), "SEKTION", "EINTRAG", " 3"), 0);
-    EXPECT_EQ(ReadIni(withoutFolder(), "Sektion", "Eintrag"), "");
-    EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "");
     writeFile(file(), "[Sektion]\r\nEintrag= 5\r\n");
     EXPECT_EQ(WriteIni(file(), "Sektion", "Eintrag", " 6\r\n[x]"), 0);
     EXPECT_EQ(ReadIni(file(), "Sektion", "Eintrag"), "5");

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
 
 namespace pluvarine {
@@ -36,24 +35,19 @@ TEST(LocaleNameForLcid, IsTheInverseForKnownIdentifiers) {
     EXPECT_EQ(localeNameForLcid(0), "");
 }
 
-// Sets LC_ALL and LANG (nullptr: unset) for one test and puts the previous values back.
+// Sets LC_ALL and LANG (nullptr: unset) for one test; puts the previous values back (an unset
+// one as empty, which the locale lookup treats alike).
 class LocaleEnvironment : public ::testing::Test {
 protected:
     static void set(const char* lcAll, const char* lang) {
         lcAll ? setenv("LC_ALL", lcAll, 1) : unsetenv("LC_ALL");
         lang ? setenv("LANG", lang, 1) : unsetenv("LANG");
     }
-    void TearDown() override { set(saved(m_lcAll), saved(m_lang)); }
+    void TearDown() override { set(m_lcAll.c_str(), m_lang.c_str()); }
 
 private:
-    static std::optional<std::string> get(const char* name) {
-        const char* value = std::getenv(name);
-        return value ? std::optional<std::string>(value) : std::nullopt;
-    }
-    static const char* saved(const std::optional<std::string>& value) {
-        return value ? value->c_str() : nullptr;
-    }
-    const std::optional<std::string> m_lcAll = get("LC_ALL"), m_lang = get("LANG");
+    const std::string m_lcAll = std::getenv("LC_ALL") ? std::getenv("LC_ALL") : "";
+    const std::string m_lang = std::getenv("LANG") ? std::getenv("LANG") : "";
 };
 
 TEST_F(LocaleEnvironment, SystemDefaultFollowsLcAllThenLang) {
