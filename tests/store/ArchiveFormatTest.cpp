@@ -47,14 +47,6 @@ TEST_F(ArchiveFormat, DataIniAndAnEmptyFileByteForByte) {
     EXPECT_EQ(fs::file_size(obj() / "empty.tob"), 0u); // the 0-byte file comes back
 }
 
-TEST_F(ArchiveFormat, NamesInWindows1252AndTheSignPositionBlank) {
-    const std::string binary("\x00\xFF\x80", 3);
-    put({{" 7.tob", "seven"}, {"Größe", binary}});
-    EXPECT_EQ(pack().count, 2);
-    EXPECT_EQ(readFile(archive()),
-              le32(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF\x65", binary));
-}
-
 TEST_F(ArchiveFormat, OnlyOrdinaryFilesOfTheFolderItselfMatchingThePattern) {
     fs::create_directory(obj() / "sub");
     put({{"a.tob", "A"}, {"B.TOB", "B"}, {"Data.ini", ""}, {".hidden", "h"}, {"sub/in.tob", "i"}});
@@ -101,15 +93,18 @@ TEST_F(ArchiveRoundTrip, ReproducesEveryFileByteForByte) {
     EXPECT_EQ(snapshot(root() / "restored"), snapshot(obj()));
 }
 
-TEST_F(ArchiveRoundTrip, NameOutsideTheCodePageIsLeftOutAndReported) {
-    for (const char* name : {"a", "Łódź.tob", "z"})
-        writeFile(obj() / name, name);
+// Names are stored in Windows-1252 (the sign position of a number kept as a blank); a name the
+// code page cannot represent is left out and reported.
+TEST_F(ArchiveFormat, NamesInWindows1252) {
+    const std::string binary("\x00\xFF\x80", 3);
+    put({{" 7.tob", "seven"}, {"Größe", binary}, {"Łódź.tob", "L"}});
     const PackResult result = pack();
     EXPECT_EQ(result.count, 2);
     ASSERT_EQ(result.problems.size(), 1u);
     EXPECT_EQ(result.problems[0].name, "Łódź.tob");
     EXPECT_NE(result.problems[0].reason.find("Windows-1252"), std::string::npos);
-    EXPECT_EQ(readFile(archive()), le32(2) + record("a", "a") + record("z", "z"));
+    EXPECT_EQ(readFile(archive()),
+              le32(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF\x65", binary));
     EXPECT_EQ(progress.percentages, (std::vector<int>{33, 67, 100}));
 }
 
