@@ -23,13 +23,14 @@ TEST(HelpWindowTest, OpensTheTopicOrReportsTheProblemInTheWindow) {
     packed.write("ITSF");
     packed.close();
     // Address in the folder, whether the page is found, and a text the window shows; the topic
-    // opens after a problem.
+    // opens after a problem, also when it was shown before the problem.
     const std::tuple<const char*, bool, const char*> cases[] = {
         {"Tectaro.chm::/Missing.htm", false, "Missing.htm"},
         {"Tectaro.chm::/Missing.htm", false, "cannot be found"},
         {"Tectaro.chm::/Pluvarine.htm", true, "Downpipe"},
         {"Nothing.chm::/Pluvarine.htm", false, "Nothing.chm"},
-        {"Packed.chm::/Pluvarine.htm", false, "Pluvarine.htm"}};
+        {"Packed.chm::/Pluvarine.htm", false, "Pluvarine.htm"},
+        {"Tectaro.chm::/Pluvarine.htm", true, "Downpipe"}};
     HelpWindow help;
     for (const auto& [address, found, shows] : cases) {
         SCOPED_TRACE(address);

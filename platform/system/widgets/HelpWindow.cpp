@@ -61,15 +61,23 @@ void HelpWindow::HtmlHelp(const std::string& fileAndTopic) {
                                                .arg(topic, QDir::toNativeSeparators(file)));
         return;
     }
-    m_browser->setSource(QUrl());
-    m_browser->setSource(QUrl::fromLocalFile(QFileInfo(page).absoluteFilePath()));
+    // A problem text replaces the document but not the browser's address: the page shown before
+    // it must be loaded again, not taken as already on screen.
+    const QUrl url = QUrl::fromLocalFile(QFileInfo(page).absoluteFilePath());
+    if (m_browser->source() == url) {
+        m_browser->reload();
+    } else {
+        m_browser->setSource(url);
+    }
+    m_shownPage = url.toLocalFile();
+    const QString title = m_browser->documentTitle();
+    setWindowTitle(title.isEmpty() ? tr("Help") : title);
     show();
     raise();
     activateWindow();
 }
 
 void HelpWindow::showProblem(const QString& title, const QString& text) {
-    m_browser->setSource(QUrl());
     m_shownPage.clear();
     m_browser->setHtml(
         QStringLiteral("<h2>%1</h2><p>%2</p>").arg(title.toHtmlEscaped(), text.toHtmlEscaped()));
