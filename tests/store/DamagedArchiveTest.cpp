@@ -26,7 +26,7 @@ protected:
         EXPECT_EQ(error->number(), kDamagedArchiveError) << error->what();
         EXPECT_NE(std::string(error->what()).find("damaged"), std::string::npos);
         EXPECT_TRUE(progress.percentages.empty());
-        EXPECT_TRUE(messages.messages.empty());
+        EXPECT_TRUE(messages.empty());
         EXPECT_THROW(readArchiveIndex(bytes), RuntimeError);
     }
 };

@@ -34,14 +34,6 @@ public:
     int ended = 0;
 };
 
-class RecordingMessages : public UserMessages {
-public:
-    void showMessage(const std::string& text, Icon icon) override {
-        messages.emplace_back(text, icon);
-    }
-    std::vector<std::pair<std::string, Icon>> messages;
-};
-
 inline std::string readFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
 }
@@ -77,9 +69,9 @@ inline std::map<std::string, std::string> snapshot(const fs::path& root) {
 }
 
 // A temporary tree: root/obj (the folder packed and restored), root/destination (the archive).
-class ArchiveTree {
-public:
-    ArchiveTree() {
+class ArchiveTest : public ::testing::Test, public UserMessages {
+protected:
+    ArchiveTest() {
         fs::create_directory(root() / "destination");
         fs::create_directory(obj());
     }
@@ -96,7 +88,7 @@ public:
     }
     std::int32_t unpack(const EventPump& pump = {}, const fs::path& into = {}) {
         const std::string folder = (into.empty() ? obj() : into).string() + "/";
-        return UnpackFolder(archive(), folder, *display, pump, messages);
+        return UnpackFolder(archive(), folder, *display, pump, *this);
     }
 
     // Runs an operation that must fail with a run-time error and leave the tree as it was. Under
@@ -123,14 +115,16 @@ public:
         return failure;
     }
 
+    void showMessage(const std::string& text, Icon icon) override {
+        messages.emplace_back(text, icon);
+    }
+
     RecordingProgress progress;
     ProgressSink* display = &progress;
-    RecordingMessages messages;
+    std::vector<std::pair<std::string, Icon>> messages;
 
 private:
     QTemporaryDir m_dir;
 };
-
-class ArchiveTest : public ::testing::Test, public ArchiveTree {};
 
 } // namespace pluvarine::testing
