@@ -20,9 +20,8 @@ using ArchiveRoundTrip = ArchiveTest;
 
 TEST_F(ArchiveFormat, MissingArchiveShowsTheFixedMessageEmptyFolderIsFourZeroBytes) {
     EXPECT_EQ(unpack(), 0);
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0].first, "The archive does not exist!");
-    EXPECT_EQ(messages[0].second, UserMessages::Icon::Critical);
+    const decltype(messages) missing{{"The archive does not exist!", Icon::Critical}};
+    EXPECT_EQ(messages, missing);
     EXPECT_EQ(progress.ended, 0);
     EXPECT_EQ(pack().count, 0);
     EXPECT_EQ(readFile(archive()), std::string(4, '\0'));
@@ -30,7 +29,7 @@ TEST_F(ArchiveFormat, MissingArchiveShowsTheFixedMessageEmptyFolderIsFourZeroByt
     EXPECT_TRUE(fs::is_empty(obj()));
     EXPECT_TRUE(progress.percentages.empty());
     EXPECT_EQ(progress.ended, 2);
-    EXPECT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages, missing);
 }
 
 TEST_F(ArchiveFormat, DataIniAndAnEmptyFileByteForByte) {
