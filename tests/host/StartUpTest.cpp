@@ -43,50 +43,41 @@ TEST_F(StartUpTest, RunsTheLoadStepsInOrderAgainstACompatibleHost) {
               std::make_tuple(0.0, 0.0, 0.0, 0.0, 0.0, 0.0F, 0.0F));
 }
 
-// The start-up paths that end the program with one message before the work folder is resolved.
-struct EndingCase {
-    const char* name;
-    bool russian;
-    bool connectResult;
-    const char* failingOp;
-    const char* versionText;
-    int message; // 5000: after the version verdict, so after the button was created
-};
-
-class StartUpEndingTest : public MacroFixture, public ::testing::WithParamInterface<EndingCase> {};
-
-TEST_P(StartUpEndingTest, ShowsOneMessageAndEnds) {
-    const EndingCase& c = GetParam();
-    russianSystem = c.russian;
-    host->connectResult = c.connectResult;
-    host->versionText = c.versionText;
-    log.failing.insert(c.failingOp);
-
-    macro->Form_Load();
-
-    EXPECT_TRUE(ended);
-    EXPECT_THAT(log.only({"message", "criticalMessage"}),
-                ElementsAre("message(" + LoadText(c.message) + ")"));
-    const std::vector<std::string> names = log.only();
-    EXPECT_THAT(std::vector(names.end() - 2, names.end()), ElementsAre("message", "endProgram"));
-    EXPECT_EQ(log.contains("AddMacroButton") && log.contains("SetMacroButtonState"),
-              c.message == 5000);
-    EXPECT_EQ(log.contains("GetVersionText"), c.message == 5000);
-    EXPECT_FALSE(log.contains("GetProgramFolder") || log.contains("LoadScene"));
+// The start-up paths that end the program with one message before the work folder is resolved;
+// message 5000 comes after the version verdict, so after the button was created.
+TEST_F(StartUpTest, EndingPathsShowOneMessageAndEnd) {
+    // Russian system, ConnectMacro's result, the failing operation, the version text, message.
+    const std::tuple<bool, bool, const char*, const char*, int> table[] = {
+        {false, true, "createConnection", "", 5001},
+        {false, false, "", "", 5001},
+        {false, true, "ConnectMacro", "", 5001},
+        {true, false, "", "", 5001},
+        {false, true, "", "Tectaro +2004", 5000},
+        {false, true, "", "Tectaro 2010", 5000},
+        {false, true, "GetVersionText", "Tectaro +2010", 5000}};
+    for (const auto& [russian, connects, failing, version, message] : table) {
+        SCOPED_TRACE(std::string(failing) + version + (connects ? "" : " refused"));
+        log.failing.clear();
+        makeMacro();
+        log.entries.clear();
+        ended = false;
+        russianSystem = russian;
+        host->connectResult = connects;
+        host->versionText = version;
+        log.failing = {failing};
+        macro->Form_Load();
+        EXPECT_TRUE(ended);
+        EXPECT_THAT(log.only({"message", "criticalMessage"}),
+                    ElementsAre("message(" + LoadText(message) + ")"));
+        const std::vector<std::string> names = log.only();
+        EXPECT_THAT(std::vector(names.end() - 2, names.end()),
+                    ElementsAre("message", "endProgram"));
+        EXPECT_EQ(log.contains("AddMacroButton") && log.contains("SetMacroButtonState"),
+                  message == 5000);
+        EXPECT_EQ(log.contains("GetVersionText"), message == 5000);
+        EXPECT_FALSE(log.contains("GetProgramFolder") || log.contains("LoadScene"));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Paths, StartUpEndingTest,
-    ::testing::Values(EndingCase{"NoConnectionObject", false, true, "createConnection", "", 5001},
-                      EndingCase{"ConnectRefused", false, false, "", "", 5001},
-                      EndingCase{"ConnectFails", false, true, "ConnectMacro", "", 5001},
-                      EndingCase{"RussianUnreachable", true, false, "", "", 5001},
-                      EndingCase{"OldVersion", false, true, "", "Tectaro +2004", 5000},
-                      EndingCase{"OtherProduct", false, true, "", "Archicad +2010", 5000},
-                      EndingCase{"NoVersionNumber", false, true, "", "Tectaro 2010", 5000},
-                      EndingCase{"VersionTextFails", false, true, "GetVersionText", "Tectaro +2010",
-                                 5000}),
-    [](const auto& testCase) { return std::string(testCase.param.name); });
 
 TEST_F(StartUpTest, ARussianSystemSkipsTheVersionCheck) {
     russianSystem = true;

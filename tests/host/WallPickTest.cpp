@@ -81,29 +81,30 @@ TEST_F(WallPickTest, ReadsTheRoofInTheDefinedOrderInSinglePrecision) {
     EXPECT_DOUBLE_EQ(daten.design.heightH, 2360);
 }
 
-TEST_F(WallPickTest, TheSecondFaceIsNumberTwoAndEachFailingCallLeavesOnlyItsOwnValue) {
-    readAt(2, 3);
-    log.failing = {"GetFacePitch", "GetGutterWidth"};
-    log.entries.clear();
-    readAt(7, 3); // host face number 1
-    EXPECT_THAT(log.only({"GetFacePitch", "GetFaceDirection", "GetFaceOverhang"}),
-                ElementsAre("GetFacePitch(2)", "GetFaceDirection(2)", "GetFaceOverhang(2)"));
-    EXPECT_EQ(roof(), std::make_tuple(100.0, 50.0, 45.0, 90.0, 300.0, 3400.0F, 200.0F));
-}
-
-TEST_F(WallPickTest, AClickWithoutRoofKeepsTheValuesAndStillDerivesTheHeight) {
-    readAt(7, 3);
-    readAt(20, 3); // no face height read: this reading's roof level starts at 0
-    EXPECT_EQ(roof(), std::make_tuple(100.0, 50.0, 30.0, 90.0, 300.0, -100.0F, 200.0F));
-    EXPECT_EQ(log.only().back(), "setOverhangText"); // Maße ran
-    EXPECT_DOUBLE_EQ(daten.design.heightH, -300 - 300 * 0.57735026918962573 + 60);
-    EXPECT_FALSE(log.contains("message"));
-}
-
-TEST_F(WallPickTest, WithoutABuildingNothingIsReadAndTheValuesStayZero) {
-    host->hasBuilding = false;
-    readAt(2, 3); // the level is the connection's own call
-    EXPECT_EQ(roof(), std::make_tuple(0.0, 0.0, 0.0, 0.0, 0.0, -100.0F, 200.0F));
+TEST_F(WallPickTest, AFailingCallOrAMissingRoofOrBuildingLeavesTheValuesBefore) {
+    using Roof = std::tuple<double, double, double, double, double, float, float>;
+    // A first reading (x, 0: none), the failing calls, a building?, the second reading's x, the
+    // values afterwards and the height. The second face is number 2 (the host's face 1); without
+    // a roof no face height is read, so the roof level starts at 0; the ground level is the
+    // connection's own call.
+    const std::tuple<float, std::set<std::string>, bool, float, Roof, double> table[] = {
+        {2, {"GetFacePitch", "GetGutterWidth"}, true, 7, {100, 50, 45, 90, 300, 3400, 200}, 2960},
+        {7, {}, true, 20, {100, 50, 30, 90, 300, -100, 200}, -300 - 300 * 0.57735026918962573 + 60},
+        {0, {}, false, 2, {0, 0, 0, 0, 0, -100, 200}, -240}};
+    for (const auto& [first, failing, building, second, values, heightH] : table) {
+        makeMacro();
+        start();
+        host->hasBuilding = building;
+        if (first != 0) {
+            readAt(first, 3);
+        }
+        log.failing = failing;
+        readAt(second, 3);
+        EXPECT_EQ(roof(), values) << second;
+        EXPECT_DOUBLE_EQ(daten.design.heightH, heightH) << second;
+        EXPECT_EQ(log.only().back(), "setOverhangText"); // Maße ran
+        EXPECT_FALSE(log.contains("message"));
+    }
     EXPECT_EQ(overhang, "0");
 }
 
