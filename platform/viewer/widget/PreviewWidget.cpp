@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QOpenGLContext>
-#include <QOpenGLExtraFunctions>
 #include <QSurfaceFormat>
 #include <QWheelEvent>
 
@@ -94,13 +93,8 @@ void PreviewWidget::paintGL() {
         m_multisampled = std::make_unique<QOpenGLFramebufferObject>(pixels, format);
     }
     m_multisampled->bind();
-    m_renderer.render(m_scene, m_camera, pixels);
-    // Resolve into the widget's own framebuffer.
-    auto* gl = context()->extraFunctions();
-    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, defaultFramebufferObject());
-    gl->glBlitFramebuffer(0, 0, pixels.width(), pixels.height(), 0, 0, pixels.width(),
-                          pixels.height(), GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, defaultFramebufferObject());
+    const SceneRenderer::Detail detail = m_renderer.render(m_scene, m_camera, pixels);
+    m_renderer.resolve(detail, m_multisampled->handle(), defaultFramebufferObject(), pixels);
 }
 
 void PreviewWidget::startMoving() {

@@ -155,33 +155,68 @@ std::vector<QVector4D> clipPolygon(const std::vector<QVector4D>& polygon, const 
     return kept;
 }
 
-// The screen outside a convex outline (clip coordinates, in front of the eye) as triangles,
-// x and y in normalised device coordinates: for each edge, the screen beyond it. The pieces
-// overlap near the corners, which a flat colour does not show.
-std::vector<float> screenOutside(const std::vector<QVector4D>& outline) {
+// The wall's outline in normalised device coordinates, clipped to the depth range (only what
+// lies between the near and the far plane shows): a convex polygon, or fewer than 3 points.
+std::vector<QPointF> wallOutline(const QMatrix4x4& wallToClip) {
+    std::vector<QVector4D> corners;
+    for (const QVector3D& corner :
+         {QVector3D(0, -1, -1), QVector3D(0, 1, -1), QVector3D(0, 1, 1), QVector3D(0, -1, 1)}) {
+        corners.push_back(wallToClip * QVector4D(corner, 1));
+    }
+    std::vector<QPointF> outline;
+    for (const QVector4D& p : clipPolygon(clipPolygon(corners, {0, 0, 1, 1}), {0, 0, -1, 1})) {
+        outline.emplace_back(p.x() / p.w(), p.y() / p.w());
+    }
+    return outline;
+}
+
+// Twice the signed area of a polygon: positive when counter-clockwise.
+double twiceArea(const std::vector<QPointF>& polygon) {
+    double area = 0;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const QPointF& a = polygon[i];
+        const QPointF& b = polygon[(i + 1) % polygon.size()];
+        area += a.x() * b.y() - b.x() * a.y();
+    }
+    return area;
+}
+
+// The half-plane beyond the edge from polygon[i], as a plane for clipPolygon().
+QVector4D beyondEdge(const std::vector<QPointF>& polygon, std::size_t i, double area) {
+    // Outside lies right of a counter-clockwise edge, left of a clockwise one.
+    const QPointF& a = polygon[i];
+    const QPointF d = polygon[(i + 1) % polygon.size()] - a;
+    const QPointF out = area > 0 ? QPointF(d.y(), -d.x()) : QPointF(-d.y(), d.x());
+    return {float(out.x()), float(out.y()), 0, float(-QPointF::dotProduct(out, a))};
+}
+
+bool insideOutline(const std::vector<QPointF>& outline, const QPointF& point) {
+    const double area = twiceArea(outline);
+    if (outline.size() < 3 || std::abs(area) < 1e-12) {
+        return false;
+    }
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        if (QVector4D::dotProduct(beyondEdge(outline, i, area),
+                                  QVector4D(float(point.x()), float(point.y()), 0, 1)) > 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The screen outside a convex outline as triangles, x and y in normalised device coordinates:
+// for each edge, the screen beyond it. The pieces overlap near the corners, which a flat colour
+// does not show.
+std::vector<float> screenOutside(const std::vector<QPointF>& outline) {
     const std::vector<QVector4D> screen = {
         {-1, -1, 0, 1}, {1, -1, 0, 1}, {1, 1, 0, 1}, {-1, 1, 0, 1}};
-    std::vector<QPointF> points;
-    for (const QVector4D& p : outline) {
-        points.emplace_back(p.x() / p.w(), p.y() / p.w());
-    }
-    double twiceArea = 0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const QPointF& a = points[i];
-        const QPointF& b = points[(i + 1) % points.size()];
-        twiceArea += a.x() * b.y() - b.x() * a.y();
-    }
+    const double area = twiceArea(outline);
     std::vector<std::vector<QVector4D>> pieces;
-    if (points.size() < 3 || std::abs(twiceArea) < 1e-12) {
+    if (outline.size() < 3 || std::abs(area) < 1e-12) {
         pieces.push_back(screen);
     } else {
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            // Outside lies right of a counter-clockwise edge, left of a clockwise one.
-            const QPointF& a = points[i];
-            const QPointF d = points[(i + 1) % points.size()] - a;
-            const QPointF out = twiceArea > 0 ? QPointF(d.y(), -d.x()) : QPointF(-d.y(), d.x());
-            pieces.push_back(clipPolygon(screen, QVector4D(float(out.x()), float(out.y()), 0,
-                                                           float(-QPointF::dotProduct(out, a)))));
+        for (std::size_t i = 0; i < outline.size(); ++i) {
+            pieces.push_back(clipPolygon(screen, beyondEdge(outline, i, area)));
         }
     }
     std::vector<float> triangles;
@@ -193,6 +228,31 @@ std::vector<float> screenOutside(const std::vector<QVector4D>& outline) {
         }
     }
     return triangles;
+}
+
+// The part of the segment a-b within the screen (|x|, |y| <= 1), if any (Liang-Barsky).
+bool clipToScreen(QPointF& a, QPointF& b) {
+    const QPointF d = b - a;
+    const double p[4] = {-d.x(), d.x(), -d.y(), d.y()};
+    const double q[4] = {a.x() + 1, 1 - a.x(), a.y() + 1, 1 - a.y()};
+    double enter = 0, leave = 1;
+    for (int i = 0; i < 4; ++i) {
+        if (p[i] == 0) {
+            if (q[i] < 0) {
+                return false;
+            }
+        } else if (p[i] < 0) {
+            enter = std::max(enter, q[i] / p[i]);
+        } else {
+            leave = std::min(leave, q[i] / p[i]);
+        }
+    }
+    if (enter > leave) {
+        return false;
+    }
+    b = a + d * leave;
+    a = a + d * enter;
+    return true;
 }
 
 // Uniforms of the shading that depend on the material only.
@@ -269,9 +329,7 @@ void SceneRenderer::release() {
     m_initialized = false;
 }
 
-std::optional<QMatrix4x4> SceneRenderer::wallTransform(const ViewerScene& scene,
-                                                       const OrbitCamera& camera) {
-    const Box3 box = scene.bounds();
+std::optional<QMatrix4x4> SceneRenderer::wallTransform(const Box3& box, const OrbitCamera& camera) {
     // Single-sided like every face: from behind, the wall is not there.
     if (box.isEmpty() || camera.eye().x() >= 0) {
         return std::nullopt;
@@ -285,8 +343,8 @@ std::optional<QMatrix4x4> SceneRenderer::wallTransform(const ViewerScene& scene,
     return model;
 }
 
-void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
-                           const QSize& pixels) {
+SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
+                                            const QSize& pixels) {
     if (!m_initialized) {
         initialize();
     }
@@ -297,15 +355,18 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
     // The wall is painted first, as the clear colour with the background laid around its
     // outline: a multisampled fill of the whole wall costs llvmpipe as much as the shaded
     // parts. Parts behind its plane are cut away, as the wall would hide them.
-    const auto wall = wallTransform(scene, camera);
+    const Box3 bounds = scene.bounds();
+    const auto wall = wallTransform(bounds, camera);
+    const std::vector<QPointF> outline =
+        wall ? wallOutline(viewProjection * *wall) : std::vector<QPointF>();
     const QVector3D clear = linear(wall ? kWallColor : backgroundColor());
     glClearColor(clear.x(), clear.y(), clear.z(), 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     if (!m_program->isLinked() || !m_flatProgram->isLinked()) {
-        return;
+        return {QRect(QPoint(), pixels), backgroundColor()};
     }
     if (wall) {
-        drawAroundWall(viewProjection * *wall);
+        drawAroundWall(outline);
     }
     // llvmpipe clips at every distance the shader writes, enabled or not: the plane itself
     // says whether anything goes.
@@ -339,16 +400,77 @@ void SceneRenderer::render(const ViewerScene& scene, const OrbitCamera& camera,
     glFrontFace(GL_CCW);
     glDisable(GL_CLIP_DISTANCE0);
     m_program->release();
+    return detail(bounds, outline, viewProjection, pixels);
 }
 
-void SceneRenderer::drawAroundWall(const QMatrix4x4& wallToClip) {
-    std::vector<QVector4D> outline;
-    for (const QVector3D& corner :
-         {QVector3D(0, -1, -1), QVector3D(0, 1, -1), QVector3D(0, 1, 1), QVector3D(0, -1, 1)}) {
-        outline.push_back(wallToClip * QVector4D(corner, 1));
+void SceneRenderer::resolve(const Detail& detail, GLuint multisampled, GLuint target,
+                            const QSize& pixels) {
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, multisampled);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, target);
+    if (detail.rect != QRect(QPoint(), pixels)) {
+        const QVector3D plain = linear(detail.plain);
+        glClearColor(plain.x(), plain.y(), plain.z(), 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
     }
-    // Only what lies between the near and the far plane shows.
-    outline = clipPolygon(clipPolygon(outline, {0, 0, 1, 1}), {0, 0, -1, 1});
+    if (!detail.rect.isEmpty()) {
+        const QRect& r = detail.rect;
+        glBlitFramebuffer(r.left(), r.top(), r.right() + 1, r.bottom() + 1, r.left(), r.top(),
+                          r.right() + 1, r.bottom() + 1, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    }
+    glBindFramebuffer(GL_FRAMEBUFFER, target);
+}
+
+SceneRenderer::Detail SceneRenderer::detail(const Box3& bounds, const std::vector<QPointF>& outline,
+                                            const QMatrix4x4& viewProjection, const QSize& pixels) {
+    // The parts lie within the projection of their bounding box, the wall's edges where they
+    // cross the screen; 2 pixels more hold what multisampling blends along them.
+    const QRect screen(QPoint(), pixels);
+    double left = 1, right = -1, bottom = 1, top = -1;
+    const auto add = [&](const QPointF& p) {
+        left = std::min(left, p.x());
+        right = std::max(right, p.x());
+        bottom = std::min(bottom, p.y());
+        top = std::max(top, p.y());
+    };
+    for (int i = 0; !bounds.isEmpty() && i < 8; ++i) {
+        const QVector4D p =
+            viewProjection * QVector4D(float(i & 1 ? bounds.max()[0] : bounds.min()[0]),
+                                       float(i & 2 ? bounds.max()[1] : bounds.min()[1]),
+                                       float(i & 4 ? bounds.max()[2] : bounds.min()[2]), 1);
+        if (p.w() <= 1e-6f) {
+            return {screen, backgroundColor()}; // partly behind the eye: anywhere
+        }
+        add({p.x() / p.w(), p.y() / p.w()});
+    }
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        QPointF a = outline[i], b = outline[(i + 1) % outline.size()];
+        if (clipToScreen(a, b)) {
+            add(a);
+            add(b);
+        }
+    }
+    if (left > right) {
+        return {QRect(), insideOutline(outline, {0, 0}) ? kWallColor : backgroundColor()};
+    }
+    const auto column = [&](double x) { return (x + 1) / 2 * pixels.width(); };
+    const auto row = [&](double y) { return (y + 1) / 2 * pixels.height(); };
+    const QRect rect =
+        QRect(QPoint(int(std::floor(column(left))) - 2, int(std::floor(row(bottom))) - 2),
+              QPoint(int(std::ceil(column(right))) + 1, int(std::ceil(row(top))) + 1)) &
+        screen;
+    // Outside the rectangle no edge passes: all of it lies on one side of the wall's outline.
+    // Test it at a screen corner the rectangle leaves out.
+    QPointF corner(-1, -1);
+    for (const QPointF c : {QPointF(-1, -1), QPointF(1, -1), QPointF(-1, 1), QPointF(1, 1)}) {
+        const QPoint pixel(c.x() < 0 ? 0 : pixels.width() - 1, c.y() < 0 ? 0 : pixels.height() - 1);
+        if (!rect.contains(pixel)) {
+            corner = c;
+        }
+    }
+    return {rect, insideOutline(outline, corner) ? kWallColor : backgroundColor()};
+}
+
+void SceneRenderer::drawAroundWall(const std::vector<QPointF>& outline) {
     const std::vector<float> triangles = screenOutside(outline);
     if (triangles.empty()) {
         return;

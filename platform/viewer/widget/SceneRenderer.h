@@ -3,11 +3,15 @@
 #include "platform/viewer/OrbitCamera.h"
 #include "platform/viewer/ViewerScene.h"
 
+#include <QColor>
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLShaderProgram>
+#include <QPointF>
+#include <QRect>
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace pluvarine {
 
@@ -24,9 +28,21 @@ public:
     SceneRenderer(const SceneRenderer&) = delete;
     SceneRenderer& operator=(const SceneRenderer&) = delete;
 
+    // Where a frame is more than one flat colour: outside `rect` (pixels, origin at the bottom
+    // left as OpenGL counts) every pixel is `plain`, so that a multisampled frame needs
+    // resolving inside it only.
+    struct Detail {
+        QRect rect;
+        QColor plain;
+    };
+
     void initialize();
     // Renders into the bound framebuffer, viewport `pixels`.
-    void render(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
+    Detail render(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
+    // Resolves a multisampled frame into a single-sampled framebuffer of the same size, which
+    // is left bound. llvmpipe's resolve costs almost half as much as the frame, so only the
+    // detail is resolved and the rest cleared to its colour.
+    void resolve(const Detail& detail, GLuint multisampled, GLuint target, const QSize& pixels);
     void release();
 
     // The colours (sRGB) around and of the wall, for tests telling them from content.
@@ -45,11 +61,13 @@ private:
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
     void drawMesh(const GpuMesh& mesh, const QMatrix4x4& model, const SurfaceLook& look);
-    // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene; none when the
-    // scene is empty or the camera is behind the wall.
-    static std::optional<QMatrix4x4> wallTransform(const ViewerScene& scene,
-                                                   const OrbitCamera& camera);
-    void drawAroundWall(const QMatrix4x4& wallToClip);
+    // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
+    // when the scene is empty or the camera is behind the wall.
+    static std::optional<QMatrix4x4> wallTransform(const Box3& bounds, const OrbitCamera& camera);
+    // `outline`: the wall's, in normalised device coordinates.
+    void drawAroundWall(const std::vector<QPointF>& outline);
+    static Detail detail(const Box3& bounds, const std::vector<QPointF>& outline,
+                         const QMatrix4x4& viewProjection, const QSize& pixels);
 
     bool m_initialized = false;
     std::unique_ptr<QOpenGLShaderProgram> m_program;

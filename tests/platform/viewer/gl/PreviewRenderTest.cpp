@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QImage>
+#include <QOpenGLFramebufferObject>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -287,6 +288,48 @@ TEST_F(WallRender, WhileTheViewMovesFramesArePlainAndOnceItRestsSmooth) {
     }
     EXPECT_FALSE(widget.moving());
     EXPECT_GE(wallEdgeOnMiddleRow(widget.grabFramebuffer()).blended, 1);
+}
+
+// The widget resolves only where the frame is more than one flat colour: the picture is the
+// same as the whole frame resolved, seen close up, fitted, from aside, from afar and from
+// behind.
+TEST_F(WallRender, ResolvingOnlyTheDetailGivesTheWholePicture) {
+    PreviewWidget widget(m_scene);
+    widget.resize(692, 464);
+    widget.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    const QSize size = widget.size() * widget.devicePixelRatio();
+    const std::pair<float, float> views[] = {{OrbitCamera::kDefaultYaw, -12},
+                                             {OrbitCamera::kDefaultYaw, 0},
+                                             {OrbitCamera::kDefaultYaw + 55, 2},
+                                             {OrbitCamera::kDefaultYaw, 6},
+                                             {OrbitCamera::kDefaultYaw - 180, 3}};
+    for (const auto& [yaw, zoomOut] : views) {
+        const OrbitCamera view = camera(yaw, zoomOut);
+        widget.setCamera(view);
+        const QImage shown = widget.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
+        widget.makeCurrent();
+        QOpenGLFramebufferObjectFormat format;
+        format.setSamples(4);
+        format.setAttachment(QOpenGLFramebufferObject::Depth);
+        QOpenGLFramebufferObject multisampled(size, format);
+        QOpenGLFramebufferObject whole(size);
+        SceneRenderer renderer;
+        multisampled.bind();
+        renderer.render(m_scene, view, size);
+        QOpenGLFramebufferObject::blitFramebuffer(&whole, &multisampled);
+        const QImage expected = whole.toImage().convertToFormat(QImage::Format_RGB32);
+        renderer.release();
+        widget.doneCurrent();
+        ASSERT_EQ(shown.size(), expected.size());
+        int differing = 0;
+        for (int y = 0; y < shown.height(); ++y) {
+            for (int x = 0; x < shown.width(); ++x) {
+                differing += shown.pixel(x, y) != expected.pixel(x, y) ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(differing, 0) << "yaw " << yaw << ", zoomed out " << zoomOut;
+    }
 }
 
 } // namespace
