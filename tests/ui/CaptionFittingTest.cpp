@@ -7,26 +7,21 @@
 namespace pluvarine::test {
 namespace {
 
-const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
-
 TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
-    const QFont base = windowFont();
+    const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
     const QString text = QStringLiteral("Ширина водосточного желоба");
     const QSize room(108, 24);
-    ASSERT_FALSE(textFits(base, text, room, flags));
-    const QFont fitted = fittingFont(base, text, room, flags);
-    EXPECT_LT(fitted.pixelSize(), base.pixelSize());
+    ASSERT_FALSE(textFits(windowFont(), text, room, flags));
+    QFont fitted = fittingFont(windowFont(), text, room, flags);
+    EXPECT_LT(fitted.pixelSize(), windowFont().pixelSize());
     EXPECT_TRUE(textFits(fitted, text, room, flags));
-    QFont larger = fitted;
-    larger.setPixelSize(fitted.pixelSize() + 1);
-    EXPECT_FALSE(textFits(larger, text, room, flags));
-    EXPECT_EQ(
-        fittingFont(base, QStringLiteral("Unbreakablewordthatisfartoolong"), QSize(20, 10), flags)
-            .pixelSize(),
-        smallestCaptionPixelSize);
-}
-
-TEST(FittedText, ALabelReturnsToTheWindowSizeForAShortText) {
+    fitted.setPixelSize(fitted.pixelSize() + 1);
+    EXPECT_FALSE(textFits(fitted, text, room, flags));
+    EXPECT_EQ(fittingFont(windowFont(), QStringLiteral("Unbreakablewordthatisfartoolong"),
+                          QSize(20, 10), flags)
+                  .pixelSize(),
+              smallestCaptionPixelSize);
+    // A label returns to the window size for a short text.
     QWidget window;
     window.setFont(windowFont());
     auto* label = new QLabel(&window);
@@ -44,8 +39,7 @@ TEST(CaptionButtonFit, LongCaptionsWrapAndThePictureStandsBeside) {
     CaptionButton button(&window);
     button.setGeometry(0, 0, 89, 33);
     button.setText(QStringLiteral("Änderungen Übernehmen"));
-    EXPECT_TRUE(button.captionFits());
-    EXPECT_FALSE(button.captionShrunk());
+    EXPECT_TRUE(button.captionFits() && !button.captionShrunk());
     EXPECT_GT(button.captionRect().height(), button.fontMetrics().height()); // two lines
     EXPECT_LE(button.captionRect().width(), 89);
     button.setGeometry(0, 0, 129, 49);
@@ -69,8 +63,7 @@ TEST(OptionButtonHit, AClickAnywhereOnTheAreaSelects) {
     QTest::mouseClick(second, Qt::LeftButton, {}, QPoint(180, 12)); // far right of a short text
     EXPECT_TRUE(second->isChecked());
     QTest::mouseClick(first, Qt::LeftButton, {}, QPoint(150, 3));
-    EXPECT_TRUE(first->isChecked());
-    EXPECT_FALSE(second->isChecked());
+    EXPECT_TRUE(first->isChecked() && !second->isChecked());
 }
 
 } // namespace

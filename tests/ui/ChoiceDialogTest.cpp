@@ -12,7 +12,6 @@ protected:
         main->ApplyLanguage();
         main->fillMaterialList();
         main->show();
-        message = &main->frmMessage();
         child<QLineEdit>("txtÜd")->setText(QStringLiteral("150"));
     }
     QRadioButton* option(const char* name) { return child<QRadioButton>(message, name); }
@@ -23,12 +22,12 @@ protected:
     }
 
     LanguageScope scope;
-    FrmMessage* message = nullptr;
+    FrmMessage* message = &main->frmMessage();
 };
 
 TEST_F(ChoiceDialog, AnOpenQuestionIsAskedWithoutBuilding) {
     main->Command1_Click();
-    EXPECT_TRUE(message->isVisible());
+    EXPECT_TRUE(message->isVisible() && main->isEnabled()); // the main window stays usable
     EXPECT_EQ(
         child<QLabel>(message, "lblMessage")->text(),
         QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
@@ -36,14 +35,12 @@ TEST_F(ChoiceDialog, AnOpenQuestionIsAskedWithoutBuilding) {
     EXPECT_EQ(option("OP2")->text(), QStringLiteral("bend construction"));
     EXPECT_EQ(message->fall(), 1);
     EXPECT_TRUE(scene.objects().empty());
-    EXPECT_FALSE(child<QRadioButton>("O42")->isEnabled());
-    EXPECT_FALSE(daten.design.constructionAnswered);
-    EXPECT_TRUE(main->isEnabled()); // the main window stays usable
+    EXPECT_FALSE(child<QRadioButton>("O42")->isEnabled() || daten.design.constructionAnswered);
 }
 
 struct Answer {
     const char* name;
-    const char* option; // nullptr: none selected
+    const char* option; // "": none selected
     const char* button;
     bool answered, bend, doNot;
 };
@@ -55,7 +52,7 @@ TEST_P(Answers, RecordRebuildAndShowTheMainWindow) {
     main->Command1_Click();
     scene.clearCalls();
     main->hide();
-    if (a.option)
+    if (*a.option)
         QTest::mouseClick(option(a.option), Qt::LeftButton);
     QTest::mouseClick(child<QPushButton>(message, a.button), Qt::LeftButton);
     EXPECT_EQ(message->doNot(), a.doNot);
@@ -64,18 +61,16 @@ TEST_P(Answers, RecordRebuildAndShowTheMainWindow) {
     EXPECT_EQ(daten.design.bendPartsBuilt, a.bend);
     EXPECT_EQ(rebuilds(), a.answered ? 1 : 0);
     EXPECT_EQ(daten.design.modelBuilt, a.answered);
-    EXPECT_EQ(child<QRadioButton>("O42")->isEnabled(), a.bend);
     EXPECT_EQ(child<QRadioButton>("O72")->isEnabled(), a.bend);
     EXPECT_EQ(sceneHasPart("Knick_100_42"), a.bend);
     EXPECT_FALSE(sceneHasPart("Bogen_"));
-    EXPECT_FALSE(message->isVisible());
-    EXPECT_TRUE(main->isVisible());
+    EXPECT_TRUE(!message->isVisible() && main->isVisible());
     // The next rebuild asks only while there is no answer; the earlier selection stays marked.
     main->Command1_Click();
     EXPECT_EQ(rebuilds(), a.answered ? 2 : 1); // asking, too, starts with loading the scene
     EXPECT_EQ(message->isVisible(), !a.answered);
-    EXPECT_EQ(option("OP1")->isChecked(), a.option && std::string(a.option) == "OP1");
-    EXPECT_EQ(option("OP2")->isChecked(), a.option && std::string(a.option) == "OP2");
+    EXPECT_EQ(option("OP1")->isChecked(), std::string(a.option) == "OP1");
+    EXPECT_EQ(option("OP2")->isChecked(), std::string(a.option) == "OP2");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -83,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Answer{"Continuous", "OP1", "Command1", true, false, false},
                       Answer{"Bend", "OP2", "Command1", true, true, false},
                       Answer{"Cancel", "OP2", "Command2", false, false, true},
-                      Answer{"OkWithoutChoice", nullptr, "Command1", false, false, false}),
+                      Answer{"OkWithoutChoice", "", "Command1", false, false, false}),
     [](const auto& answer) { return std::string(answer.param.name); });
 
 TEST_F(ChoiceDialog, OnlyCaseOneIsEvaluatedAndOptionsCanBeLeftOut) {
@@ -91,12 +86,10 @@ TEST_F(ChoiceDialog, OnlyCaseOneIsEvaluatedAndOptionsCanBeLeftOut) {
     message->Message_Initiate(2, "Another question?", true, "yes", "no");
     QTest::mouseClick(option("OP1"), Qt::LeftButton);
     QTest::mouseClick(child<QPushButton>(message, "Command1"), Qt::LeftButton);
-    EXPECT_FALSE(daten.design.constructionAnswered);
-    EXPECT_EQ(rebuilds(), 0);
+    EXPECT_TRUE(!daten.design.constructionAnswered && rebuilds() == 0);
     message->showDialog();
     message->Message_Initiate(1, "Just a note", false, "a", "b");
-    EXPECT_FALSE(option("OP1")->isVisible());
-    EXPECT_FALSE(option("OP2")->isVisible());
+    EXPECT_FALSE(option("OP1")->isVisible() || option("OP2")->isVisible());
 }
 
 } // namespace

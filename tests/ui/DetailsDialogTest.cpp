@@ -4,43 +4,44 @@
 namespace pluvarine::test {
 namespace {
 
+const char* const fields[] = {"txtDü", "txtBd", "txtFn", "txtDe", "txtH"};
+
 class DetailsDialog : public WindowTest {
 protected:
     DetailsDialog() {
         main->fillMaterialList();
-        details = &main->frmDetails();
         daten.roof = RoofData{500, 150, 35, 40, 270};
         daten.design.heightH = 5600;
     }
     QLineEdit* field(const char* name) { return child<QLineEdit>(details, name); }
-    QString direction() { return child<QLabel>(details, "lblDR")->text(); }
+    QString shown() {
+        QString text;
+        for (const char* name : fields)
+            text += field(name)->text() + QLatin1Char('|');
+        return text + child<QLabel>(details, "lblDR")->text();
+    }
 
-    FrmDetails* details = nullptr;
+    FrmDetails* details = &main->frmDetails();
 };
 
 TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlain) {
     main->show();
     click("Command6");
-    EXPECT_TRUE(details->isVisible() && main->isVisible());
-    EXPECT_FALSE(details->isModal());
+    EXPECT_TRUE(details->isVisible() && main->isVisible() && !details->isModal());
     EXPECT_TRUE(details->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    QString shown;
-    for (const char* name : {"txtDü", "txtBd", "txtFn", "txtDe", "txtH"})
-        shown += field(name)->text() + QLatin1Char('|');
-    EXPECT_EQ(shown + direction(), QStringLiteral(" 500|150|35|40|5600|270"));
+    EXPECT_EQ(shown(), QStringLiteral(" 500|150|35|40|5600|270"));
     daten.roof = RoofData{0.5, 150, 22.5, 40, -90};
     details->open(); // fractions follow their own rules
-    EXPECT_EQ(field("txtDü")->text(), QStringLiteral(" .5"));
-    EXPECT_EQ(field("txtFn")->text().toStdString(), doubleToText(22.5));
-    EXPECT_EQ(direction(), QStringLiteral("-90"));
+    EXPECT_EQ(
+        shown(),
+        QStringLiteral(" .5|150|%1|40|5600|-90").arg(QString::fromStdString(doubleToText(22.5))));
 }
 
 TEST_F(DetailsDialog, AdoptingCopiesTheOverhangSetsTheValuesRebuildsOnceAndHides) {
     details->open();
-    const std::pair<const char*, const char*> typed[] = {
-        {"txtDü", "350"}, {"txtBd", "120"}, {"txtFn", "30"}, {"txtDe", "+25"}, {"txtH", "4800"}};
-    for (const auto& [name, text] : typed)
-        field(name)->setText(QString::fromUtf8(text));
+    const char* typed[] = {"350", "120", "30", "+25", "4800"};
+    for (int i = 0; i < 5; ++i)
+        field(fields[i])->setText(QString::fromUtf8(typed[i]));
     click(details, "Command1");
     EXPECT_EQ(main->overhangText(), "350");
     EXPECT_EQ(daten.roof.gutterWidth, 120);
@@ -55,21 +56,17 @@ TEST_F(DetailsDialog, AdoptingCopiesTheOverhangSetsTheValuesRebuildsOnceAndHides
     EXPECT_FALSE(details->isVisible());
 }
 
-class EmptyField : public DetailsDialog, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(EmptyField, BlocksAdoptingWithoutNotice) {
-    details->open();
-    field("txtBd")->setText(QStringLiteral("77"));
-    field(GetParam())->clear();
-    click(details, "Command1");
-    EXPECT_EQ(main->overhangText(), "0");
-    EXPECT_EQ(daten.roof.gutterWidth, 150);
-    EXPECT_EQ(rebuilds(), 0);
-    EXPECT_TRUE(details->isVisible());
+TEST_F(DetailsDialog, AnEmptyFieldBlocksAdoptingWithoutNotice) {
+    for (const char* empty : fields) {
+        details->open();
+        field("txtBd")->setText(QStringLiteral("77"));
+        field(empty)->clear();
+        click(details, "Command1");
+        EXPECT_EQ(main->overhangText(), "0") << empty;
+        EXPECT_EQ(daten.roof.gutterWidth, 150) << empty;
+        EXPECT_TRUE(rebuilds() == 0 && details->isVisible()) << empty;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Fields, EmptyField,
-                         ::testing::Values("txtDü", "txtBd", "txtFn", "txtDe", "txtH"));
 
 TEST_F(DetailsDialog, ATextThatIsNoNumberLeavesItsValueAnOverhangBuildsNothing) {
     details->open();
@@ -80,8 +77,7 @@ TEST_F(DetailsDialog, ATextThatIsNoNumberLeavesItsValueAnOverhangBuildsNothing) 
     EXPECT_EQ(daten.roof.gutterWidth, 150);
     EXPECT_EQ(daten.roof.roofPitch, 20);
     EXPECT_EQ(main->overhangText(), "1+2");
-    EXPECT_EQ(rebuilds(), 1);
-    EXPECT_FALSE(daten.design.modelBuilt);
+    EXPECT_TRUE(rebuilds() == 1 && !daten.design.modelBuilt);
 }
 
 TEST_F(DetailsDialog, CloseChangesNothingAndOpeningFillsAgain) {
@@ -91,8 +87,7 @@ TEST_F(DetailsDialog, CloseChangesNothingAndOpeningFillsAgain) {
     field("txtBd")->setText(QStringLiteral("77"));
     click(details, "Command2");
     EXPECT_FALSE(details->isVisible());
-    EXPECT_EQ(daten.roof.gutterWidth, 150);
-    EXPECT_EQ(rebuilds(), 0);
+    EXPECT_TRUE(daten.roof.gutterWidth == 150 && rebuilds() == 0);
     details->open();
     field("txtBd")->setText(QStringLiteral("999"));
     details->open(); // already open
@@ -100,13 +95,11 @@ TEST_F(DetailsDialog, CloseChangesNothingAndOpeningFillsAgain) {
     details->close(); // through its frame
     details->open();
     EXPECT_TRUE(details->isVisible());
-    EXPECT_EQ(details->windowTitle(), QStringLiteral("Details"));
     EXPECT_EQ(child<QPushButton>(details, "Command2")->text(), QStringLiteral("Schließen"));
 }
 
 TEST_F(DetailsDialog, TheSketchLeavesThePlacesOfItsSymbolsFree) {
     const QImage image = child<QLabel>(details, "Picture1")->pixmap().toImage();
-    EXPECT_EQ(image.size(), QSize(249, 457));
     EXPECT_FALSE(image.hasAlphaChannel());
     for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
         for (int d = 0; d < 14 * 12; ++d)

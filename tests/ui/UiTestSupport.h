@@ -16,11 +16,9 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
-#include <cstdlib>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
-#include <optional>
-#include <string>
 
 // Readable QStrings in test failures.
 inline void PrintTo(const QString& text, std::ostream* out) {
@@ -33,23 +31,17 @@ namespace pluvarine::test {
 class LanguageScope {
 public:
     LanguageScope(const char* systemLocale, int textLanguage) {
-        if (const char* old = std::getenv("LC_ALL"))
-            m_oldLcAll = old;
-        ::setenv("LC_ALL", systemLocale, 1);
+        qputenv("LC_ALL", systemLocale);
         setActiveTextLanguage(textLanguage);
     }
     ~LanguageScope() {
-        if (m_oldLcAll)
-            ::setenv("LC_ALL", m_oldLcAll->c_str(), 1);
-        else
-            ::unsetenv("LC_ALL");
+        m_wasSet ? void(qputenv("LC_ALL", m_old)) : void(qunsetenv("LC_ALL"));
         setActiveTextLanguage(m_oldTextLanguage);
     }
-    LanguageScope(const LanguageScope&) = delete;
-    LanguageScope& operator=(const LanguageScope&) = delete;
 
 private:
-    std::optional<std::string> m_oldLcAll;
+    bool m_wasSet = qEnvironmentVariableIsSet("LC_ALL");
+    QByteArray m_old = qgetenv("LC_ALL");
     int m_oldTextLanguage = activeTextLanguage();
 };
 
@@ -60,13 +52,11 @@ protected:
         daten.workFolder = "/wf";
         main = std::make_unique<FrmMain>(daten, scene, nullptr);
     }
-
     // Every rebuild starts with loading the base scene.
     int rebuilds() const {
-        int count = 0;
-        for (const SceneCall& call : scene.calls())
-            count += call.member == SceneMember::LoadScene ? 1 : 0;
-        return count;
+        return int(
+            std::count_if(scene.calls().begin(), scene.calls().end(),
+                          [](const SceneCall& c) { return c.member == SceneMember::LoadScene; }));
     }
     template <typename T> T* child(QObject* parent, const char* name) const {
         T* found = parent->findChild<T*>(QString::fromUtf8(name));
