@@ -23,27 +23,6 @@ inline std::shared_ptr<const Building> sampleHouse() {
         Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));
 }
 
-// A file entry set to a bad value: `parse` refuses it with an error that names the entry.
-struct BadEntry {
-    const char* pointer;
-    nlohmann::json value;
-    const char* mentions;
-};
-template <typename Parse>
-void expectRefused(const nlohmann::json& good, std::initializer_list<BadEntry> cases, Parse parse) {
-    for (const BadEntry& c : cases) {
-        nlohmann::json broken = good;
-        broken[nlohmann::json::json_pointer(c.pointer)] = c.value;
-        try {
-            parse(broken);
-            ADD_FAILURE() << c.pointer << " was accepted";
-        } catch (const RuntimeError& error) {
-            EXPECT_NE(error.description().find(c.mentions), std::string::npos)
-                << c.pointer << ": " << error.description();
-        }
-    }
-}
-
 // A macro stand-in that records every event by name and runs an optional reaction for it;
 // maxDepth shows whether an event was ever raised inside another's handler.
 class RecordingEvents : public HostEvents {
