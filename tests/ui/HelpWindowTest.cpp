@@ -1,11 +1,7 @@
 #include "platform/system/widgets/HelpWindow.h"
 
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTextBrowser>
-#include <gtest/gtest.h>
+#include "UiTestSupport.h"
+
 #include <tuple>
 
 namespace pluvarine::test {

@@ -7,15 +7,8 @@
 #include "ui/FrmMessage.h"
 #include "ui/text/LoadText.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
