@@ -12,20 +12,18 @@ namespace pluvarine::test {
 //   continuous: overhang 0 (W = 90); bend42: 300 (W = 390); bend72: 500 with O72 (W = 590);
 //   kink42 / kink72: 150, answered "bend construction" (W = 240).
 enum class AssemblyKind { Continuous, Bend42, Bend72, Kink42, Kink72 };
-
-const char* assemblyName(AssemblyKind kind);
 constexpr AssemblyKind kAllAssemblies[] = {AssemblyKind::Continuous, AssemblyKind::Bend42,
                                            AssemblyKind::Bend72, AssemblyKind::Kink42,
                                            AssemblyKind::Kink72};
+const char* assemblyName(AssemblyKind kind);
 
-// Runs the rebuild into the scene; returns the design it left (ids, wall offset, ...).
-// `materialFile` empty: every part keeps its own look.
+// Runs the rebuild into the scene; returns the design it left. `materialFile` empty: every
+// part keeps its own look.
 Daten composeAssembly(SceneOperations& scene, const std::string& workFolder, AssemblyKind kind,
                       const std::string& materialFile = {});
 
-// The working folder the build lays out when it holds the part catalogue; otherwise a folder
-// of stand-in parts (boxes of the effective sizes) created once below `scratch`.
+// The working folder the build lays out (every test program depends on it); `scratch` is
+// not needed any more and kept for the callers.
 std::string partsWorkFolder(const std::string& scratch);
-bool realPartsAvailable();
 
 } // namespace pluvarine::test

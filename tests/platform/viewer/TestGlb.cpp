@@ -9,159 +9,82 @@ namespace pluvarine::test {
 
 MeshData boxMesh(double sx, double sy, double sz) {
     MeshData mesh;
-    const float h[3] = {static_cast<float>(sx / 2), static_cast<float>(sy / 2),
-                        static_cast<float>(sz / 2)};
-    for (int axis = 0; axis < 3; ++axis) {
-        for (int sign : {-1, 1}) {
-            const int u = (axis + 1) % 3, v = (axis + 2) % 3;
-            const auto base = static_cast<std::uint32_t>(mesh.vertexCount());
-            const int corners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
-            for (const auto& c : corners) {
-                float p[3], n[3] = {0, 0, 0};
-                p[axis] = sign * h[axis];
-                p[u] = c[0] * h[u];
-                p[v] = c[1] * h[v];
-                n[axis] = static_cast<float>(sign);
-                mesh.positions.insert(mesh.positions.end(), p, p + 3);
-                mesh.normals.insert(mesh.normals.end(), n, n + 3);
-            }
-            // Counter-clockwise seen from outside.
-            if (sign > 0) {
-                mesh.indices.insert(mesh.indices.end(),
-                                    {base, base + 1, base + 2, base, base + 2, base + 3});
-            } else {
-                mesh.indices.insert(mesh.indices.end(),
-                                    {base, base + 2, base + 1, base, base + 3, base + 2});
-            }
+    const double h[3] = {sx / 2, sy / 2, sz / 2};
+    for (int face = 0; face < 6; ++face) {
+        const int axis = face / 2, sign = face % 2 ? 1 : -1, u = (axis + 1) % 3, v = (axis + 2) % 3;
+        const auto base = static_cast<std::uint32_t>(mesh.vertexCount());
+        for (int corner = 0; corner < 4; ++corner) {
+            float p[3], n[3] = {0, 0, 0};
+            p[axis] = float(sign * h[axis]);
+            p[u] = float((corner == 1 || corner == 2 ? 1 : -1) * h[u]);
+            p[v] = float((corner >= 2 ? 1 : -1) * h[v]);
+            n[axis] = float(sign);
+            mesh.positions.insert(mesh.positions.end(), p, p + 3);
+            mesh.normals.insert(mesh.normals.end(), n, n + 3);
+        }
+        constexpr std::uint32_t ccw[2][6] = {{0, 2, 1, 0, 3, 2}, {0, 1, 2, 0, 2, 3}};
+        for (std::uint32_t k : ccw[sign > 0]) { // counter-clockwise seen from outside
+            mesh.indices.push_back(base + k);
         }
     }
     return mesh;
 }
 
-namespace {
-
-int addAccessor(tinygltf::Model& model, const void* data, std::size_t bytes, std::size_t count,
-                int componentType, int type, std::vector<double> lo = {},
-                std::vector<double> hi = {}) {
-    auto& buffer = model.buffers[0].data;
-    buffer.resize((buffer.size() + 3) / 4 * 4, 0);
-    tinygltf::BufferView view;
-    view.buffer = 0;
-    view.byteOffset = buffer.size();
-    view.byteLength = bytes;
-    const auto* begin = static_cast<const unsigned char*>(data);
-    buffer.insert(buffer.end(), begin, begin + bytes);
-    model.bufferViews.push_back(view);
-    tinygltf::Accessor accessor;
-    accessor.bufferView = static_cast<int>(model.bufferViews.size() - 1);
-    accessor.componentType = componentType;
-    accessor.count = count;
-    accessor.type = type;
-    accessor.minValues = std::move(lo);
-    accessor.maxValues = std::move(hi);
-    model.accessors.push_back(accessor);
-    return static_cast<int>(model.accessors.size() - 1);
-}
-
-tinygltf::Value auxiliaryExtras() {
-    return tinygltf::Value(tinygltf::Value::Object{
-        {"pluvarine",
-         tinygltf::Value(tinygltf::Value::Object{{"auxiliary", tinygltf::Value(true)}})}});
-}
-
-} // namespace
-
-void writeTestGlb(const std::string& path, const std::vector<TestNode>& nodes, bool assetAuxiliary,
-                  const std::string& sceneName) {
+void writeBoxPart(const std::string& path, double sx, double sy, double sz, const SurfaceLook& look,
+                  bool auxiliary) {
+    const MeshData mesh = boxMesh(sx, sy, sz);
     tinygltf::Model model;
     model.asset.version = "2.0";
-    if (assetAuxiliary) {
-        model.asset.extras = auxiliaryExtras();
+    auto& buffer = model.buffers.emplace_back().data;
+    auto accessor = [&](const auto& data, std::size_t count, int componentType, int type) {
+        auto& view = model.bufferViews.emplace_back();
+        view.buffer = 0;
+        view.byteOffset = buffer.size();
+        view.byteLength = data.size() * 4; // floats and 32-bit indices: always aligned
+        const auto* bytes = reinterpret_cast<const unsigned char*>(data.data());
+        buffer.insert(buffer.end(), bytes, bytes + view.byteLength);
+        auto& a = model.accessors.emplace_back();
+        a.bufferView = int(model.bufferViews.size() - 1);
+        std::tie(a.count, a.componentType, a.type) = std::tuple(count, componentType, type);
+        return int(model.accessors.size() - 1);
+    };
+    auto& primitive = model.meshes.emplace_back().primitives.emplace_back();
+    const auto n = mesh.vertexCount();
+    primitive.attributes["POSITION"] =
+        accessor(mesh.positions, n, TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3);
+    primitive.attributes["NORMAL"] =
+        accessor(mesh.normals, n, TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3);
+    primitive.indices = accessor(mesh.indices, mesh.indices.size(),
+                                 TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT, TINYGLTF_TYPE_SCALAR);
+    primitive.material = 0;
+    auto& material = model.materials.emplace_back();
+    material.name = look.name;
+    const auto& c = look.baseColor;
+    material.pbrMetallicRoughness.baseColorFactor = {c[0], c[1], c[2], 1.0};
+    material.pbrMetallicRoughness.metallicFactor = look.metallic;
+    material.pbrMetallicRoughness.roughnessFactor = look.roughness;
+    auto& node = model.nodes.emplace_back();
+    node.mesh = 0;
+    if (auxiliary) {
+        using Value = tinygltf::Value;
+        node.extras =
+            Value(Value::Object{{"pluvarine", Value(Value::Object{{"auxiliary", Value(true)}})}});
     }
-    model.buffers.emplace_back();
-    tinygltf::Scene scene;
-    scene.name = sceneName;
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const auto& in = nodes[i];
-        tinygltf::Node node;
-        node.name = "node" + std::to_string(i);
-        node.matrix = in.matrix;
-        node.translation = in.translation;
-        node.rotation = in.rotation;
-        node.scale = in.scale;
-        node.children = in.children;
-        if (in.auxiliary) {
-            node.extras = auxiliaryExtras();
-        }
-        if (!in.mesh.indices.empty()) {
-            std::vector<double> lo{1e30, 1e30, 1e30}, hi{-1e30, -1e30, -1e30};
-            for (std::size_t v = 0; v < in.mesh.vertexCount(); ++v) {
-                for (int k = 0; k < 3; ++k) {
-                    lo[k] = std::min<double>(lo[k], in.mesh.positions[v * 3 + k]);
-                    hi[k] = std::max<double>(hi[k], in.mesh.positions[v * 3 + k]);
-                }
-            }
-            tinygltf::Primitive primitive;
-            primitive.attributes["POSITION"] = addAccessor(
-                model, in.mesh.positions.data(), in.mesh.positions.size() * 4,
-                in.mesh.vertexCount(), TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3, lo, hi);
-            if (in.withNormals) {
-                primitive.attributes["NORMAL"] = addAccessor(
-                    model, in.mesh.normals.data(), in.mesh.normals.size() * 4,
-                    in.mesh.vertexCount(), TINYGLTF_COMPONENT_TYPE_FLOAT, TINYGLTF_TYPE_VEC3);
-            }
-            primitive.indices = addAccessor(
-                model, in.mesh.indices.data(), in.mesh.indices.size() * 4, in.mesh.indices.size(),
-                TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT, TINYGLTF_TYPE_SCALAR);
-            primitive.mode = TINYGLTF_MODE_TRIANGLES;
-            tinygltf::Material material;
-            material.name = in.look.name;
-            material.pbrMetallicRoughness.baseColorFactor = {
-                in.look.baseColor[0], in.look.baseColor[1], in.look.baseColor[2], 1.0};
-            material.pbrMetallicRoughness.metallicFactor = in.look.metallic;
-            material.pbrMetallicRoughness.roughnessFactor = in.look.roughness;
-            primitive.material = static_cast<int>(model.materials.size());
-            model.materials.push_back(material);
-            tinygltf::Mesh mesh;
-            mesh.primitives.push_back(primitive);
-            node.mesh = static_cast<int>(model.meshes.size());
-            model.meshes.push_back(mesh);
-        }
-        if (in.root) {
-            scene.nodes.push_back(static_cast<int>(i));
-        }
-        model.nodes.push_back(node);
-    }
-    model.scenes.push_back(scene);
+    model.scenes.emplace_back().nodes = {0};
     model.defaultScene = 0;
-    if (model.buffers[0].data.empty()) {
-        model.buffers.clear();
-    }
     std::ofstream out(path, std::ios::binary);
-    tinygltf::TinyGLTF gltf;
-    if (!out || !gltf.WriteGltfSceneToStream(&model, out, false, true)) {
+    if (!out || !tinygltf::TinyGLTF().WriteGltfSceneToStream(&model, out, false, true)) {
         throw std::runtime_error("cannot write test GLB " + path);
     }
 }
 
-void writeBoxPart(const std::string& path, double sx, double sy, double sz, const SurfaceLook& look,
-                  bool auxiliary) {
-    TestNode node;
-    node.mesh = boxMesh(sx, sy, sz);
-    node.look = look;
-    node.auxiliary = auxiliary;
-    writeTestGlb(path, {node});
-}
-
 void writeText(const std::string& path, const std::string& text) {
-    std::ofstream out(path, std::ios::binary);
-    out << text;
+    std::ofstream(path, std::ios::binary) << text;
 }
 
 std::string readBytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream bytes;
-    bytes << in.rdbuf();
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
     return bytes.str();
 }
 
