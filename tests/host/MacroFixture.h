@@ -3,7 +3,6 @@
 #include "assembly/RecordingScene.h"
 #include "host/HostBuilding.h"
 #include "host/HostElement.h"
-#include "host/HostJournal.h"
 #include "host/HostObjectTemplate.h"
 #include "host/HostRoof.h"
 #include "host/HostRoofData.h"
@@ -16,7 +15,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <map>
 #include <set>
 #include <sstream>

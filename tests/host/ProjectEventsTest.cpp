@@ -114,11 +114,6 @@ TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProject
     EXPECT_EQ(readFile(work / "obj" / "sub" / "inner.txt"), "stays"); // sub-folders untouched
     EXPECT_EQ(daten.design.heightH, 2500);                            // nothing in memory reset
     EXPECT_EQ(macro->objectCounter(), 1);
-
-    writeFile(work / "obj" / " 1.tob", "one");
-    log.failing = {"SetMacroButtonState"};
-    macro->exe_ProjectClosed();
-    EXPECT_FALSE(std::filesystem::exists(work / "obj" / " 1.tob"));
 }
 
 TEST_F(ProjectEventsTest, ANewProjectEnablesTheButtonAndProgramExitEndsAtOnce) {

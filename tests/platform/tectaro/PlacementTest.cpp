@@ -24,11 +24,10 @@ struct Side {
 
 // The world extent of one object of the inserted element, measured from the picked point on
 // the wall face: u outward from the face, v along it, z up.
+enum Axis { U, V, Z };
 struct Extent {
-    double uMin = INFINITY, uMax = -INFINITY, vMin = INFINITY, vMax = -INFINITY;
-    double zMin = INFINITY, zMax = -INFINITY;
-    double uCentre() const { return (uMin + uMax) / 2; }
-    double vCentre() const { return (vMin + vMax) / 2; }
+    std::array<double, 3> lo{INFINITY, INFINITY, INFINITY}, hi{-INFINITY, -INFINITY, -INFINITY};
+    double centre(Axis axis) const { return (lo[axis] + hi[axis]) / 2; }
 };
 
 class PlacementOnTheSampleHouse : public ::testing::TestWithParam<Side>, public test::SampleHost {
@@ -43,10 +42,9 @@ protected:
         }
         const auto hit = host->building()->exteriorWallHit(GetParam().click);
         ASSERT_TRUE(hit);
-        const float X = static_cast<float>(hit->facePoint.x());
-        const float Y = static_cast<float>(hit->facePoint.y());
-        face = QPointF(X, Y);
+        face = hit->facePoint;
         outward = hit->outward;
+        const float X = static_cast<float>(face.x()), Y = static_cast<float>(face.y());
         const test::MacroReading roof(*this, X, Y);
         overhang = roof.overhang / 1000;
         gutterWidth = roof.gutterWidth / 1000;
@@ -92,17 +90,16 @@ protected:
                 const auto local = item.transform.map({p[i], p[i + 1], p[i + 2]});
                 const QVector3D w = world.map(QVector3D(local[0], local[1], local[2]));
                 const QPointF plan = QPointF(w.x(), w.y()) - face;
-                const double u = QPointF::dotProduct(plan, outward);
-                const double v = QPointF::dotProduct(plan, QPointF(-outward.y(), outward.x()));
-                e = {std::min(e.uMin, u),
-                     std::max(e.uMax, u),
-                     std::min(e.vMin, v),
-                     std::max(e.vMax, v),
-                     std::min<double>(e.zMin, w.z()),
-                     std::max<double>(e.zMax, w.z())};
+                const double c[] = {QPointF::dotProduct(plan, outward),
+                                    QPointF::dotProduct(plan, QPointF(-outward.y(), outward.x())),
+                                    w.z()};
+                for (int k = 0; k < 3; ++k) {
+                    e.lo[k] = std::min(e.lo[k], c[k]);
+                    e.hi[k] = std::max(e.hi[k], c[k]);
+                }
             }
         }
-        EXPECT_LT(e.uMin, INFINITY) << "no object #" << id << " in the object file";
+        EXPECT_LT(e.lo[U], INFINITY) << "no object #" << id << " in the object file";
         return e;
     }
 
@@ -128,33 +125,33 @@ TEST_P(PlacementOnTheSampleHouse, ThePipeStandsOutsideItsWallTouchingTheFaceUnde
     }
     for (std::int32_t id : outside) {
         if (id != 0) {
-            EXPECT_GE(extentOf(id).uMin, -0.0005) << "object #" << id << " enters the wall";
+            EXPECT_GE(extentOf(id).lo[U], -0.0005) << "object #" << id << " enters the wall";
         }
     }
     // Upright in front of the picked point, its foot 110 mm above the ground as the macro lifts it.
-    EXPECT_NEAR(pipe.uMax - pipe.uMin, 0.1, 0.01);
-    EXPECT_NEAR(pipe.vCentre(), 0.0, 0.02);
-    EXPECT_NEAR(extentOf(design.standpipeId).zMin, 0.11, 0.01);
+    EXPECT_NEAR(pipe.hi[U] - pipe.lo[U], 0.1, 0.01);
+    EXPECT_NEAR(pipe.centre(V), 0.0, 0.02);
+    EXPECT_NEAR(extentOf(design.standpipeId).lo[Z], 0.11, 0.01);
     // A pipe led back to the wall stands at a clamp's clearance from the face; either way every
     // clamp holds the pipe and its bracket reaches into the wall no deeper than it is long.
     if (againstTheWall) {
-        EXPECT_GT(pipe.uMin, 0.0);
-        EXPECT_LT(pipe.uMin, 0.06);
+        EXPECT_GT(pipe.lo[U], 0.0);
+        EXPECT_LT(pipe.lo[U], 0.06);
     }
     ASSERT_GT(design.clampCount, 0);
     for (std::int32_t id = design.lastClampId - design.clampCount + 1; id <= design.lastClampId;
          ++id) {
         const Extent clamp = extentOf(id);
-        EXPECT_LE(clamp.uMin, 0.0) << "clamp #" << id << " reaches the wall face";
-        EXPECT_GT(clamp.uMin, -0.13) << "clamp #" << id << " sinks no deeper than its bracket";
-        EXPECT_GE(clamp.uMax, pipe.uMax - 0.01) << "clamp #" << id << " holds the pipe";
+        EXPECT_LE(clamp.lo[U], 0.0) << "clamp #" << id << " reaches the wall face";
+        EXPECT_GT(clamp.lo[U], -0.13) << "clamp #" << id << " sinks no deeper than its bracket";
+        EXPECT_GE(clamp.hi[U], pipe.hi[U] - 0.01) << "clamp #" << id << " holds the pipe";
     }
     // The outlet hangs in the gutter: its axis between 60 mm inside the roof edge and the
     // gutter's outer side, its top at the eaves.
-    EXPECT_GE(outlet.uCentre(), overhang - 0.06);
-    EXPECT_LE(outlet.uCentre(), overhang + gutterWidth);
-    EXPECT_NEAR(outlet.zMax, eavesHeight, 0.1);
-    EXPECT_NEAR(outlet.vCentre(), 0.0, 0.02);
+    EXPECT_GE(outlet.centre(U), overhang - 0.06);
+    EXPECT_LE(outlet.centre(U), overhang + gutterWidth);
+    EXPECT_NEAR(outlet.hi[Z], eavesHeight, 0.1);
+    EXPECT_NEAR(outlet.centre(V), 0.0, 0.02);
 }
 
 INSTANTIATE_TEST_SUITE_P(EverySide, PlacementOnTheSampleHouse,

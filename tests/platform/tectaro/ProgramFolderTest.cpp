@@ -2,9 +2,6 @@
 
 #include "TectaroTestSupport.h"
 
-#include <filesystem>
-#include <fstream>
-
 using namespace pluvarine;
 namespace fs = std::filesystem;
 
@@ -12,17 +9,10 @@ TEST(ProgramFolder, TheHostLaysOutBothMacroFoldersAndHelpAndAReseedKeepsTheMacro
     QTemporaryDir scratch;
     const fs::path root = scratch.path().toStdString(), tree = root / "workfolder",
                    program = root / "user" / "tectaro";
-    const auto write = [](const fs::path& path, const char* text) {
-        fs::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << text;
-    };
-    const auto read = [](const fs::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    };
-    write(tree / "res" / "Fallrohr_100_500.v3o", "pipe");
-    write(tree / "obj" / "stale.tob", "not for users");
-    write(root / "help" / "Pluvarine.htm", "<html>help</html>");
+    using test::readFile, test::writeFile;
+    writeFile(tree / "res" / "Fallrohr_100_500.v3o", "pipe");
+    writeFile(tree / "obj" / "stale.tob", "not for users");
+    writeFile(root / "help" / "Pluvarine.htm", "<html>help</html>");
     TectaroOptions options;
     options.programFolder = program.string();
     options.workFolderTree = tree.string();
@@ -31,21 +21,21 @@ TEST(ProgramFolder, TheHostLaysOutBothMacroFoldersAndHelpAndAReseedKeepsTheMacro
     EXPECT_FALSE(fs::exists(program / "Standard")) << "laid out when the macro connects";
     EXPECT_EQ(host.createConnection()->GetProgramFolder(), program.string() + "/");
     for (const char* macro : {"Standard/Macros/Pluvarine", "Standard/Makros/Pluvarine"}) {
-        EXPECT_EQ(read(program / macro / "res" / "Fallrohr_100_500.v3o"), "pipe") << macro;
+        EXPECT_EQ(readFile(program / macro / "res" / "Fallrohr_100_500.v3o"), "pipe") << macro;
         EXPECT_TRUE(fs::is_directory(program / macro / "obj"));
         EXPECT_FALSE(fs::exists(program / macro / "obj" / "stale.tob")) << "obj/ is the macro's";
     }
-    EXPECT_EQ(read(program / "Tectaro.chm" / "Pluvarine.htm"), "<html>help</html>");
+    EXPECT_EQ(readFile(program / "Tectaro.chm" / "Pluvarine.htm"), "<html>help</html>");
 
     const fs::path work = program / "Standard/Macros/Pluvarine";
-    write(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 1\r\n");
-    write(tree / "res" / "Fallrohr_100_500.v3o", "pipe v2"); // a newer part catalogue
+    writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 1\r\n");
+    writeFile(tree / "res" / "Fallrohr_100_500.v3o", "pipe v2"); // a newer part catalogue
     fs::last_write_time(tree / "res" / "Fallrohr_100_500.v3o",
                         fs::last_write_time(work / "res" / "Fallrohr_100_500.v3o") +
                             std::chrono::seconds(5));
     ASSERT_TRUE(ProgramFolder::seed(program.string(), tree.string(), {}));
-    EXPECT_EQ(read(work / "obj" / "Data.ini"), "[SEKTION]\r\nEINTRAG= 1\r\n");
-    EXPECT_EQ(read(work / "res" / "Fallrohr_100_500.v3o"), "pipe v2");
+    EXPECT_EQ(readFile(work / "obj" / "Data.ini"), "[SEKTION]\r\nEINTRAG= 1\r\n");
+    EXPECT_EQ(readFile(work / "res" / "Fallrohr_100_500.v3o"), "pipe v2");
     std::string error;
     EXPECT_FALSE(ProgramFolder::seed(program.string(), (tree / "nope").string(), {}, &error));
     EXPECT_NE(error.find("nope"), std::string::npos);

@@ -11,6 +11,8 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -21,6 +23,15 @@ namespace pluvarine::test {
 inline std::shared_ptr<const Building> sampleHouse() {
     return std::make_shared<const Building>(
         Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));
+}
+
+inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+inline std::string readFile(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // A macro stand-in that records every event by name and runs an optional reaction for it;
@@ -34,7 +45,6 @@ public:
     std::vector<std::string> names;
     std::vector<Click> clicks;
     std::vector<std::int32_t> buttonIds;
-    std::int32_t chunksToAdd = 1;
     std::function<void(const std::string& event)> reaction;
     int depth = 0, maxDepth = 0;
 
@@ -53,7 +63,7 @@ public:
         record(b ? "LoadBuilding(b)" : "LoadBuilding()");
     }
     void exe_SaveStart(const std::string&, std::int32_t, bool, std::int32_t& chunks) override {
-        chunks += chunksToAdd;
+        ++chunks;
         record("SaveStart");
     }
     void exe_SaveBuilding(std::int32_t, std::shared_ptr<HostBuilding>) override {
