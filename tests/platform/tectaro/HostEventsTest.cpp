@@ -49,7 +49,7 @@ TEST_F(EventsFixture, SaveQueuesItsEventsOneAfterTheOtherThenWritesTheFile) {
     EXPECT_EQ(written.saveNumber, 1);
 }
 
-TEST_F(EventsFixture, OpenClosesTheOpenProjectThenLoadsWithAndWithoutABuilding) {
+TEST_F(EventsFixture, OpenClosesTheOpenProjectThenLoadsNewAndExitFollowInOrder) {
     write("pluvarine.dat", "block bytes");
     events.reaction = [&](const std::string& event) {
         if (event == "SaveBuilding") {
@@ -62,37 +62,27 @@ TEST_F(EventsFixture, OpenClosesTheOpenProjectThenLoadsWithAndWithoutABuilding) 
     host->saveProject(path("p.tproj"));
     run();
     events.names.clear();
-    int opened = 0;
+    int opened = 0, exited = 0;
     QObject::connect(host.get(), &TectaroHost::projectOpened, [&] { ++opened; });
+    QObject::connect(host.get(), &TectaroHost::exitRequested, [&] { ++exited; });
     ASSERT_TRUE(host->openProject(path("p.tproj")));
     run();
-    host->closeProject();
-    host->openProject(path("p.tproj")); // nothing open: no ProjectClosed before it
-    run();
-    EXPECT_EQ(events.names,
-              (Names{"ProjectClosed", "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
-                     "ProjectClosed", "LoadBuilding(b)", "LoadBuilding()", "LoadComplete"}));
-    EXPECT_EQ(read("restored.dat"), "block bytes");
-    EXPECT_EQ(opened, 2);
     EXPECT_EQ(host->project()->path, path("p.tproj"));
-}
-
-TEST_F(EventsFixture, CloseNewAndExit) {
-    int exited = 0;
-    QObject::connect(host.get(), &TectaroHost::exitRequested, [&] { ++exited; });
     host->closeProject();
-    host->closeProject(); // nothing is open any more: nothing to tell
-    run();
-    EXPECT_FALSE(host->hasProject());
+    host->closeProject();               // nothing is open any more: nothing to tell
+    host->openProject(path("p.tproj")); // nothing open: no ProjectClosed before it
     host->newProject();
     run();
     EXPECT_EQ(host->building()->walls.size(), 1u); // the default building
-    host->newProject();
     host->exitProgram();
     EXPECT_EQ(exited, 0);
     run();
-    EXPECT_EQ(events.names, (Names{"ProjectClosed", "NewCurrentProject", "ProjectClosed",
-                                   "NewCurrentProject", "ProgramExit"}));
+    EXPECT_EQ(events.names,
+              (Names{"ProjectClosed", "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
+                     "ProjectClosed", "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
+                     "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
+    EXPECT_EQ(read("restored.dat"), "block bytes");
+    EXPECT_EQ(opened, 2);
     EXPECT_EQ(exited, 1);
 }
 
