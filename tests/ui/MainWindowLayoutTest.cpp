@@ -53,7 +53,6 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
         {main.get(), {692, 464}}, {&details, {512, 495}}, {&message, {288, 119}}};
     for (const auto& [window, size] : windows)
         EXPECT_EQ(window->size(), size) << window->objectName().toStdString();
-    EXPECT_EQ(main->objectName(), QStringLiteral("frmMain"));
     EXPECT_EQ(main->minimumSize(), main->maximumSize());
     for (const QString& row : controls) {
         SCOPED_TRACE(row.toStdString());
@@ -73,7 +72,6 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
         const QString text = row.section(QLatin1Char(' '), 7);
         EXPECT_EQ(shownText(widget), text == QStringLiteral("*") ? shownText(widget) : text);
     }
-    EXPECT_EQ(main->findChildren<QLabel*>(QStringLiteral("Label3")).size(), 4); // one "mm" each
     EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
     EXPECT_FALSE(child<QRadioButton>(&message, "OP1")->isChecked() ||
                  child<QRadioButton>(&message, "OP2")->isChecked());

@@ -20,7 +20,8 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 
 namespace pluvarine::test {
 
-// The system locale (LC_ALL) and the active string table for one test; both are put back.
+// The system locale (LC_ALL) and the active string table for one test; both are put back (an
+// empty LC_ALL counts as none).
 class LanguageScope {
 public:
     LanguageScope(const char* systemLocale, int textLanguage) {
@@ -28,12 +29,11 @@ public:
         setActiveTextLanguage(textLanguage);
     }
     ~LanguageScope() {
-        m_wasSet ? void(qputenv("LC_ALL", m_old)) : void(qunsetenv("LC_ALL"));
+        qputenv("LC_ALL", m_old);
         setActiveTextLanguage(m_oldTextLanguage);
     }
 
 private:
-    bool m_wasSet = qEnvironmentVariableIsSet("LC_ALL");
     QByteArray m_old = qgetenv("LC_ALL");
     int m_oldTextLanguage = activeTextLanguage();
 };
