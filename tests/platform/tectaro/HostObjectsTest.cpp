@@ -6,28 +6,8 @@ namespace {
 struct HostFixture : ::testing::Test, test::SampleHost {};
 } // namespace
 
-TEST_F(HostFixture, TheFourSidesOfTheSampleHouseGiveTheRoofDataOfEachConstruction) {
-    const struct {
-        const char* name;
-        float x, y; // the picked point on the wall face
-        double overhang, direction;
-    } sides[] = {{"south", 5, 0, 0, 0},
-                 {"east", 10, 4, 150, 90},
-                 {"north", 5, 8, 300, 180},
-                 {"west", 0, 4, 600, 270}};
-    for (const auto& side : sides) {
-        SCOPED_TRACE(side.name);
-        const test::MacroReading r(*this, side.x, side.y);
-        EXPECT_NEAR(r.overhang, side.overhang, 1e-9);
-        EXPECT_NEAR(r.gutterWidth, 150, 1e-9);
-        EXPECT_NEAR(r.roofingThickness, 60, 1e-9);
-        EXPECT_DOUBLE_EQ(r.pitch, 30);
-        EXPECT_DOUBLE_EQ(r.direction, side.direction);
-        EXPECT_FLOAT_EQ(r.roofLevel, 2900.0f); // the roof meets the wall top at 3 m
-        EXPECT_FLOAT_EQ(r.groundLevel, 0.0f);
-        // The pipe reaches from the ground to 40 mm under the eaves.
-        EXPECT_NEAR(r.heightH, 2960 - side.overhang * std::tan(std::numbers::pi / 6), 1e-3);
-    }
+// The roof data read on each side of the sample house is checked with the placement there.
+TEST(TectaroHost, TheGroundLevelIsTheBuildingsTerrain) {
     Building raised = *test::sampleHouse();
     raised.terrainLevel = -0.35;
     EXPECT_FLOAT_EQ(
@@ -36,7 +16,6 @@ TEST_F(HostFixture, TheFourSidesOfTheSampleHouseGiveTheRoofDataOfEachConstructio
 }
 
 TEST_F(HostFixture, NoRoofBeyondTheOverhangAndNoFaceOrFaceNumberOutsideTheRoof) {
-    EXPECT_FALSE(roofAt(5, -0.1f)); // the south side has no overhang
     EXPECT_FALSE(roofAt(-0.65f, 4));
     const auto roof = roofAt(-0.55f, 4);
     ASSERT_TRUE(roof);
