@@ -35,6 +35,7 @@ BuildingView3D::BuildingView3D(TectaroHost& host, QWidget* parent) : QWidget(par
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_preview = new PreviewWidget(m_scene, this);
+    m_preview->setBackdrop(false); // building coordinates are the scene's; no wall plane
     layout->addWidget(m_preview);
     connect(&host, &TectaroHost::projectChanged, this, &BuildingView3D::rebuild);
     connect(&host, &TectaroHost::elementsChanged, this, &BuildingView3D::rebuild);
@@ -51,34 +52,18 @@ void BuildingView3D::rebuild() {
     static const SurfaceLook roofLook = look("Roof", 0.45f, 0.12f, 0.07f, 0.7f);
     m_scene.clear();
     const auto building = m_host.building();
-    // The preview draws a pale wall backdrop in the plane x = 0 (the macro's wall face). The
-    // building is shown moved a kilometre west of that plane, beyond the camera's depth range,
-    // so the backdrop never cuts through the house.
-    double east = 0;
     for (const Wall& wall : building->walls) {
-        for (const QPointF& p : wall.exteriorFace()) {
-            east = std::max(east, p.x());
-        }
+        m_scene.addMesh(BuildingMesh::wall(wall), Matrix4d(), wallLook, "wall");
     }
     for (const Roof& roof : building->roofs) {
         for (const RoofFace& face : roof.faces) {
-            east = std::max(east, face.outline.boundingRect().right());
+            m_scene.addMesh(BuildingMesh::roofFace(face, roof.roofingThickness), Matrix4d(),
+                            roofLook, "roof");
         }
     }
-    const Matrix4d shift = Matrix4d::translation(-(east + kBackdropDistance), 0, 0);
-    for (const Wall& wall : building->walls) {
-        m_scene.addMesh(BuildingMesh::wall(wall), shift, wallLook, "wall");
-    }
-    for (const Roof& roof : building->roofs) {
-        for (const RoofFace& face : roof.faces) {
-            m_scene.addMesh(BuildingMesh::roofFace(face, roof.roofingThickness), shift, roofLook,
-                            "roof");
-        }
-    }
-    m_shift = shift;
     if (const TectaroProject* project = m_host.project()) {
         for (const auto& element : project->elements) {
-            const Matrix4d world = shift * toMatrix4d(element->worldTransform());
+            const Matrix4d world = toMatrix4d(element->worldTransform());
             for (const GlbItem& item : element->object.content->items) {
                 if (item.auxiliary || !item.mesh) {
                     continue;

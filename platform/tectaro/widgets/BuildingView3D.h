@@ -23,16 +23,11 @@ public:
     PreviewWidget& preview() { return *m_preview; }
     // Rebuilds the scene from the host's project and fits the view.
     void rebuild();
-    // World (host) coordinates to the scene's: the view shows the building moved west.
-    const Matrix4d& worldToScene() const { return m_shift; }
-
-    static constexpr double kBackdropDistance = 1000.0;
 
 private:
     TectaroHost& m_host;
     ViewerScene m_scene;
     PreviewWidget* m_preview = nullptr;
-    Matrix4d m_shift;
 };
 
 } // namespace pluvarine

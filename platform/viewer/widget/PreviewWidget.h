@@ -34,6 +34,12 @@ public:
     // Default direction, then fit.
     void resetView();
 
+    // The wall backdrop behind the assembly (on by default); off for views of whole buildings.
+    void setBackdrop(bool on) {
+        m_renderer.setBackdrop(on);
+        update();
+    }
+
     // The save dialog the widget installs: asks for a file name, adds ".tob" when the name has
     // no suffix; empty for cancel.
     std::string askSavePath(const std::string& objectName);

@@ -356,7 +356,7 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     // outline: a multisampled fill of the whole wall costs llvmpipe as much as the shaded
     // parts. Parts behind its plane are cut away, as the wall would hide them.
     const Box3 bounds = scene.bounds();
-    const auto wall = wallTransform(bounds, camera);
+    const auto wall = m_backdrop ? wallTransform(bounds, camera) : std::nullopt;
     const std::vector<QPointF> outline =
         wall ? wallOutline(viewProjection * *wall) : std::vector<QPointF>();
     const QVector3D clear = linear(wall ? kWallColor : backgroundColor());

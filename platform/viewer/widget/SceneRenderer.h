@@ -45,6 +45,10 @@ public:
     void resolve(const Detail& detail, GLuint multisampled, GLuint target, const QSize& pixels);
     void release();
 
+    // Whether the wall backdrop is drawn (on by default); a view of whole buildings turns it off.
+    void setBackdrop(bool on) { m_backdrop = on; }
+    bool backdrop() const { return m_backdrop; }
+
     // The colours (sRGB) around and of the wall, for tests telling them from content.
     static QColor backgroundColor();
     static QColor wallColor();
@@ -70,6 +74,7 @@ private:
                          const QMatrix4x4& viewProjection, const QSize& pixels);
 
     bool m_initialized = false;
+    bool m_backdrop = true;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     std::unique_ptr<QOpenGLShaderProgram> m_flatProgram;
     std::map<const MeshData*, GpuMesh> m_meshes;
