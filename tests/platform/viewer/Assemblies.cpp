@@ -3,9 +3,10 @@
 #include "assembly/PlainRebuildInputs.h"
 #include "assembly/Rebuild.h"
 
+#include <ostream>
+
 namespace pluvarine::test {
 
-namespace {
 struct Construction {
     const char* name;
     const char* overhang;
@@ -16,10 +17,9 @@ constexpr Construction kConstructions[] = {{"continuous", "0", false, false},
                                            {"bend72", "500", true, false},
                                            {"kink42", "150", false, true},
                                            {"kink72", "150", true, true}};
-} // namespace
 
-const char* assemblyName(AssemblyKind kind) {
-    return kConstructions[int(kind)].name;
+void PrintTo(AssemblyKind kind, std::ostream* os) {
+    *os << kConstructions[int(kind)].name;
 }
 
 Daten composeAssembly(SceneOperations& scene, const std::string& workFolder, AssemblyKind kind,

@@ -3,6 +3,7 @@
 #include "assembly/Daten.h"
 #include "assembly/SceneOperations.h"
 
+#include <iosfwd>
 #include <string>
 
 namespace pluvarine::test {
@@ -15,7 +16,8 @@ enum class AssemblyKind { Continuous, Bend42, Bend72, Kink42, Kink72 };
 constexpr AssemblyKind kAllAssemblies[] = {AssemblyKind::Continuous, AssemblyKind::Bend42,
                                            AssemblyKind::Bend72, AssemblyKind::Kink42,
                                            AssemblyKind::Kink72};
-const char* assemblyName(AssemblyKind kind);
+// Prints the construction's name (test names, file names).
+void PrintTo(AssemblyKind kind, std::ostream* os);
 
 // Runs the rebuild into the scene; returns the design it left. `materialFile` empty: every
 // part keeps its own look.

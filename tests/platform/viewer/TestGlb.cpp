@@ -38,9 +38,9 @@ void writeBoxPart(const std::string& path, double sx, double sy, double sz, cons
     auto& buffer = model.buffers.emplace_back().data;
     auto accessor = [&](const auto& data, std::size_t count, int componentType, int type) {
         auto& view = model.bufferViews.emplace_back();
-        view.buffer = 0;
-        view.byteOffset = buffer.size();
-        view.byteLength = data.size() * 4; // floats and 32-bit indices: always aligned
+        // Floats and 32-bit indices: always aligned.
+        std::tie(view.buffer, view.byteOffset, view.byteLength) =
+            std::tuple(0, buffer.size(), data.size() * 4);
         const auto* bytes = reinterpret_cast<const unsigned char*>(data.data());
         buffer.insert(buffer.end(), bytes, bytes + view.byteLength);
         auto& a = model.accessors.emplace_back();
