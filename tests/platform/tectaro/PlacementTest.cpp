@@ -9,6 +9,7 @@
 #include "platform/viewer/ViewerScene.h"
 
 #include <filesystem>
+#include <numbers>
 
 using namespace pluvarine;
 
@@ -43,21 +44,31 @@ protected:
         face = hit->facePoint;
         outward = hit->outward;
         const float X = static_cast<float>(face.x()), Y = static_cast<float>(face.y());
-        const test::MacroReading roof(*this, X, Y);
-        // The roof meets the wall top at 3 m; the pipe reaches from the ground to 40 mm under
-        // the eaves.
-        EXPECT_EQ(std::tie(roof.overhang, roof.direction, roof.gutterWidth, roof.roofingThickness,
-                           roof.pitch, roof.roofLevel, roof.groundLevel),
+        // What the macro reads there, in mm and degrees: the roof meets the wall top at 3 m.
+        const auto roof = roofAt(X, Y);
+        ASSERT_TRUE(roof);
+        const auto data = roof->GetRoofData();
+        float s = 0;
+        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
+        bool ignored = false;
+        const std::int32_t number = roof->FindRoofFaceAt(true, X, Y, s, six, ignored) + 1;
+        const double overhang = data->GetFaceOverhang(number, ignored) * 1000;
+        const float roofLevel = s * 1000.0f - 100.0f;
+        const float groundLevel = connection->GetLevelAt(X, Y) * 1000.0f;
+        EXPECT_EQ(std::make_tuple(overhang, data->GetFaceDirection(number),
+                                  data->GetGutterWidth() * 1000, data->GetRoofingThickness() * 1000,
+                                  data->GetFacePitch(number), roofLevel, groundLevel),
                   std::make_tuple(side.overhang, side.direction, 150.0, 60.0, 30.0, 2900.0F, 0.0F));
-        EXPECT_NEAR(roof.heightH, 2960 - side.overhang * std::tan(std::numbers::pi / 6), 1e-3);
         if (!std::filesystem::exists(std::string(PLUVARINE_WORKFOLDER) +
                                      "/res/Fallrohr_100_500.v3o")) {
             GTEST_SKIP() << "the part catalogue is not built";
         }
-        eavesHeight = host->building()->roofs[0].faces[roof.face - 1].eavesHeight;
+        eavesHeight = host->building()->roofs[0].faces[number - 1].eavesHeight;
         daten.workFolder = PLUVARINE_WORKFOLDER;
-        daten.design.heightH = roof.heightH;
-        daten.design.wallOffset = roof.wallOffset;
+        // As the macro derives them: the pipe reaches from the ground to 40 mm under the eaves.
+        daten.design.heightH =
+            (roofLevel - groundLevel) - overhang * std::tan(std::numbers::pi / 6) + 60;
+        daten.design.wallOffset = overhang + 150 - 60;
         daten.design.standpipeHeight = 300;
         daten.design.clampSpacing = 1800;
         ViewerScene scene;
@@ -75,7 +86,7 @@ protected:
         scene.SaveScene(path(" 1.tob"), "Fallrohr", "");
         auto inserted = connection->LoadObjectFile(path(" 1.tob"), 0)->CreateElement(nullptr, 0);
         const auto matrix = elementPlacement(
-            {roof.direction, X, Y, roof.groundLevel, roof.wallOffset, roof.heightH});
+            {side.direction, X, Y, groundLevel, daten.design.wallOffset, daten.design.heightH});
         ASSERT_TRUE(matrix);
         inserted->PrepareElement(true);
         inserted->SetElementMatrix(*matrix);

@@ -10,13 +10,10 @@
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-#include <numbers>
 
 namespace pluvarine::test {
 
@@ -115,38 +112,6 @@ struct SampleHost {
         bool flag = false;
         return connection->GetActiveBuilding()->GetRoofList()->FindRoofAt(true, x, y, ignored, six,
                                                                           flag);
-    }
-};
-
-// What the macro reads at a point of the wall face, in its units (mm, degrees), and the height
-// H and wall offset W it derives from that.
-struct MacroReading {
-    std::int32_t face = 0; // counted from 1, as the roof data counts
-    double overhang = 0, gutterWidth = 0, roofingThickness = 0, pitch = 0, direction = 0;
-    float roofLevel = 0, groundLevel = 0;
-    double heightH = 0, wallOffset = 0;
-
-    MacroReading(SampleHost& sample, float x, float y) {
-        const auto roof = sample.roofAt(x, y);
-        if (!roof) {
-            ADD_FAILURE() << "no roof at " << x << "," << y;
-            return;
-        }
-        const auto data = roof->GetRoofData();
-        float s = 0;
-        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
-        bool ignored = false;
-        face = roof->FindRoofFaceAt(true, x, y, s, six, ignored) + 1;
-        gutterWidth = data->GetGutterWidth() * 1000;
-        roofingThickness = data->GetRoofingThickness() * 1000;
-        pitch = data->GetFacePitch(face);
-        direction = data->GetFaceDirection(face);
-        overhang = data->GetFaceOverhang(face, ignored) * 1000;
-        roofLevel = s * 1000.0f - 100.0f;
-        groundLevel = sample.connection->GetLevelAt(x, y) * 1000.0f;
-        heightH =
-            (roofLevel - groundLevel) - overhang * std::tan(pitch * std::numbers::pi / 180) + 60;
-        wallOffset = overhang + gutterWidth - 60; // as the rebuild derives it
     }
 };
 
