@@ -134,16 +134,12 @@ TEST_F(EventsFixture, OneClickIsAnsweredOnTheWallFaceOrInvalidWithTheClickedPoin
     EXPECT_TRUE(host->prompt().empty());
     EXPECT_TRUE(events.clicks.empty()) << "the answer is queued";
     EXPECT_FALSE(host->click({10.2, 4.5})) << "one click only";
-    for (QPointF p : {QPointF(5, 4), QPointF(5, 0.3), QPointF(30, 30), QPointF(5, -0.5)}) {
-        connection->RequestOneClick("", HostPicture{cursor}, 1);
-        host->click(p);
-    }
+    connection->RequestOneClick("", HostPicture{cursor}, 1);
+    host->click({5, 0.3}); // the inner half of the wall; more points in the building's tests
     run();
-    EXPECT_EQ(modeChanges, 10);
+    EXPECT_EQ(modeChanges, 4);
     const auto& c = events.clicks;
-    ASSERT_EQ(c.size(), 5u);
+    ASSERT_EQ(c.size(), 2u);
     EXPECT_TRUE(c[0].valid && c[0].x == 10.0f && c[0].y == 4.5f);
-    EXPECT_TRUE(!c[1].valid && !c[2].valid && !c[3].valid && !c[4].valid);
-    EXPECT_FLOAT_EQ(c[2].y, 0.3f);
-    EXPECT_FLOAT_EQ(c[4].y, -0.5f);
+    EXPECT_TRUE(!c[1].valid && c[1].x == 5.0f && c[1].y == 0.3f);
 }
