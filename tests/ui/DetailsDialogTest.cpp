@@ -37,17 +37,30 @@ protected:
     FrmDetails* details = &main->frmDetails();
 };
 
-TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlain) {
+// Close changes nothing, opening again (also when open) fills the fields again.
+TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainCloseKeepsAll) {
+    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
+    main->ApplyLanguage();
     main->show();
     click("Command6");
     EXPECT_TRUE(details->isVisible() && main->isVisible() && !details->isModal());
     EXPECT_TRUE(details->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_EQ(shown(), QStringLiteral(" 500|150|35|40|5600|270"));
+    field("txtBd")->setText(QStringLiteral("77"));
+    click(details, "Command2");
+    EXPECT_FALSE(details->isVisible());
+    EXPECT_TRUE(values() == QStringLiteral("500 150 35 40 270 5600 0") && rebuilds() == 0);
     daten.roof = RoofData{0.5, 150, 22.5, 40, -90};
     details->open(); // fractions follow their own rules
+    field("txtBd")->setText(QStringLiteral("999"));
+    details->open();
     EXPECT_EQ(
         shown(),
         QStringLiteral(" .5|150|%1|40|5600|-90").arg(QString::fromStdString(doubleToText(22.5))));
+    details->close(); // through its frame
+    details->open();
+    EXPECT_TRUE(details->isVisible());
+    EXPECT_EQ(child<QPushButton>(details, "Command2")->text(), QStringLiteral("Schließen"));
 }
 
 // The overhang and the direction reach the design only through the main window; a text that is
@@ -76,24 +89,6 @@ TEST_F(DetailsDialog, AnEmptyFieldBlocksAdoptingWithoutNotice) {
         EXPECT_EQ(values(), QStringLiteral("500 150 35 40 270 5600 0")) << empty;
         EXPECT_TRUE(rebuilds() == 0 && details->isVisible()) << empty;
     }
-}
-
-TEST_F(DetailsDialog, CloseChangesNothingAndOpeningFillsAgain) {
-    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
-    main->ApplyLanguage();
-    details->open();
-    field("txtBd")->setText(QStringLiteral("77"));
-    click(details, "Command2");
-    EXPECT_FALSE(details->isVisible());
-    EXPECT_TRUE(daten.roof.gutterWidth == 150 && rebuilds() == 0);
-    details->open();
-    field("txtBd")->setText(QStringLiteral("999"));
-    details->open(); // already open
-    EXPECT_EQ(field("txtBd")->text(), QStringLiteral("150"));
-    details->close(); // through its frame
-    details->open();
-    EXPECT_TRUE(details->isVisible());
-    EXPECT_EQ(child<QPushButton>(details, "Command2")->text(), QStringLiteral("Schließen"));
 }
 
 TEST_F(DetailsDialog, TheSketchLeavesThePlacesOfItsSymbolsFree) {

@@ -22,9 +22,8 @@ const QStringList captions =
 // id or language shows here. The Polish trailing blank belongs to the text; the texts the
 // layouts carry stay in every language ("*").
 const QStringList quoted =
-    QStringLiteral("de:frmMain/:Pluvarine|de:frmMain/Label2:Dachüberstand|"
-                   "de:frmMessage/Command2:Abbrechen|de:frmDetails/Command1:Änderungen Übernehmen|"
-                   "en:frmMain/:downpipes|en:frmMain/Command4:add|"
+    QStringLiteral("de:frmMain/Label2:Dachüberstand|"
+                   "de:frmDetails/Command1:Änderungen Übernehmen|"
                    "en:frmDetails/Label11:Height of downpipe (H)|en_GB:frmMain/Frame2:material|"
                    "fr:frmDetails/:Détails|pl:frmMain/Label2:Nawis dachowy |"
                    "pl:frmMain/Command7:Help|ru:frmMain/:Водосточная труба|"

@@ -86,10 +86,10 @@ TEST_F(WindowTest, InitialStateAndPicturesOfTheMainWindow) {
     // transparent around its cross hairs.
     EXPECT_FALSE(child<QLabel>("Bild")->isVisibleTo(main.get()) ||
                  child<QLabel>("Bild2")->isVisibleTo(main.get()));
-    for (const QImage& image : {main->bildPicture(), main->bild2Picture()})
-        EXPECT_TRUE(image.size() == QSize(30, 30) && image.depth() == 32);
-    EXPECT_EQ(qAlpha(main->bildPicture().pixel(0, 0)), 255);
-    EXPECT_EQ(qAlpha(main->bild2Picture().pixel(0, 0)), 0);
+    for (const auto& [image, cornerAlpha] :
+         {std::pair{main->bildPicture(), 255}, std::pair{main->bild2Picture(), 0}})
+        EXPECT_TRUE(image.size() == QSize(30, 30) && image.depth() == 32 &&
+                    qAlpha(image.pixel(0, 0)) == cornerAlpha);
     EXPECT_GT(qAlpha(main->bild2Picture().pixel(15, 2)), 0);
     EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
     const std::pair<const char*, int> buttons[] = {{"Command3", 16}, {"Command2", 16},
