@@ -25,19 +25,6 @@ protected:
     FrmMessage* message = &main->frmMessage();
 };
 
-TEST_F(ChoiceDialog, AnOpenQuestionIsAskedWithoutBuilding) {
-    main->Command1_Click();
-    EXPECT_TRUE(message->isVisible() && main->isEnabled()); // the main window stays usable
-    EXPECT_EQ(
-        child<QLabel>(message, "lblMessage")->text(),
-        QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
-    EXPECT_EQ(option("OP1")->text() + "|" + option("OP2")->text(),
-              QStringLiteral("continous downpipe|bend construction"));
-    EXPECT_EQ(message->fall(), 1);
-    EXPECT_TRUE(scene.objects().empty());
-    EXPECT_FALSE(child<QRadioButton>("O42")->isEnabled() || daten.design.constructionAnswered);
-}
-
 struct Answer {
     const char* name;
     const char* option; // "": none selected
@@ -47,9 +34,17 @@ struct Answer {
 
 class Answers : public ChoiceDialog, public ::testing::WithParamInterface<Answer> {};
 
-TEST_P(Answers, RecordRebuildAndShowTheMainWindow) {
+TEST_P(Answers, AreAskedForWithoutBuildingAndRecordRebuildAndShowTheMainWindow) {
     const Answer& a = GetParam();
-    main->Command1_Click();
+    main->Command1_Click(); // the question is asked, nothing is built
+    EXPECT_TRUE(message->isVisible() && main->isEnabled()); // the main window stays usable
+    EXPECT_EQ(
+        child<QLabel>(message, "lblMessage")->text(),
+        QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
+    EXPECT_EQ(option("OP1")->text() + "|" + option("OP2")->text(),
+              QStringLiteral("continous downpipe|bend construction"));
+    EXPECT_TRUE(message->fall() == 1 && scene.objects().empty());
+    EXPECT_FALSE(child<QRadioButton>("O42")->isEnabled() || daten.design.constructionAnswered);
     scene.clearCalls();
     main->hide();
     if (*a.option)
