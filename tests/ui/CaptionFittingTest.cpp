@@ -1,7 +1,6 @@
 #include "UiTestSupport.h"
 #include "ui/CaptionButton.h"
 #include "ui/FittedText.h"
-#include "ui/OptionButton.h"
 #include "ui/UiText.h"
 
 namespace pluvarine::test {
@@ -52,13 +51,11 @@ TEST(CaptionButtonFit, LongCaptionsWrapAndThePictureStandsBeside) {
     EXPECT_EQ(button.captionRect().size(), alone.size());
 }
 
-TEST(OptionButtonHit, AClickAnywhereOnTheAreaSelects) {
-    QWidget window;
-    auto* first = new OptionButton(QStringLiteral("a"), &window);
-    auto* second = new OptionButton(QStringLiteral("b"), &window);
-    first->setGeometry(0, 0, 185, 25);
-    second->setGeometry(0, 30, 185, 25);
-    window.show();
+TEST_F(WindowTest, AClickAnywhereOnAnOptionAreaSelects) {
+    FrmMessage& message = main->frmMessage();
+    message.show();
+    auto* first = child<QRadioButton>(&message, "OP1");
+    auto* second = child<QRadioButton>(&message, "OP2");
     QTest::mouseClick(second, Qt::LeftButton, {}, QPoint(180, 12)); // far right of a short text
     EXPECT_TRUE(second->isChecked());
     QTest::mouseClick(first, Qt::LeftButton, {}, QPoint(150, 3));

@@ -61,6 +61,13 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
     details->open();
     EXPECT_TRUE(details->isVisible());
     EXPECT_EQ(child<QPushButton>(details, "Command2")->text(), QStringLiteral("Schließen"));
+    // The sketch leaves the places of its symbols free.
+    const QImage image = child<QLabel>(details, "Picture1")->pixmap().toImage();
+    EXPECT_FALSE(image.hasAlphaChannel());
+    for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
+        for (int d = 0; d < 14 * 12; ++d)
+            EXPECT_EQ(image.pixel(at + QPoint(d % 14, d / 14)), qRgb(255, 255, 255)) << at.x();
+    }
 }
 
 // The overhang and the direction reach the design only through the main window; a text that is
@@ -88,15 +95,6 @@ TEST_F(DetailsDialog, AnEmptyFieldBlocksAdoptingWithoutNotice) {
         click(details, "Command1");
         EXPECT_EQ(values(), QStringLiteral("500 150 35 40 270 5600 0")) << empty;
         EXPECT_TRUE(rebuilds() == 0 && details->isVisible()) << empty;
-    }
-}
-
-TEST_F(DetailsDialog, TheSketchLeavesThePlacesOfItsSymbolsFree) {
-    const QImage image = child<QLabel>(details, "Picture1")->pixmap().toImage();
-    EXPECT_FALSE(image.hasAlphaChannel());
-    for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
-        for (int d = 0; d < 14 * 12; ++d)
-            EXPECT_EQ(image.pixel(at + QPoint(d % 14, d / 14)), qRgb(255, 255, 255)) << at.x();
     }
 }
 

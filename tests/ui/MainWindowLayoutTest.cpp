@@ -77,7 +77,7 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
                  child<QRadioButton>(&message, "OP2")->isChecked());
 }
 
-TEST_F(WindowTest, InitialStateAndPicturesOfTheMainWindow) {
+TEST_F(WindowTest, InitialStatePicturesAndPlaceOfTheMainWindowAndTheInjectedPreview) {
     EXPECT_TRUE(child<QRadioButton>("O42")->isChecked() &&
                 child<QComboBox>("Combo2")->isEditable());
     auto* timer = child<QTimer>("Timer1");
@@ -100,9 +100,6 @@ TEST_F(WindowTest, InitialStateAndPicturesOfTheMainWindow) {
         EXPECT_EQ(child<QPushButton>(name)->iconSize(), size) << name;
         EXPECT_EQ(child<QPushButton>(name)->icon().pixmap(size).size(), size) << name;
     }
-}
-
-TEST_F(WindowTest, ThePreviewIsTheInjectedWidgetAndTheWindowIsCentredOnce) {
     auto* player = new QWidget;
     FrmMain window(daten, scene, player);
     EXPECT_EQ(player, window.findChild<QWidget*>(QStringLiteral("Player")));
