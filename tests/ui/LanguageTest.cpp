@@ -33,16 +33,16 @@ QString shown(FrmMain& main, const QString& place) {
 }
 
 TEST_F(WindowTest, EveryCaptionComesFromTheTableOfTheActiveLanguage) {
-    const std::tuple<const char*, const char*, int> languages[] = {
-        {"de", "de_DE.UTF-8", TextLanguage::German},
-        {"en", "en_US.UTF-8", TextLanguage::EnglishUnitedStates},
-        {"en_GB", "en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
-        {"fr", "fr_FR.UTF-8", TextLanguage::French},
-        {"pl", "pl_PL.UTF-8", TextLanguage::Polish},
-        {"ru", "ru_RU.UTF-8", TextLanguage::Russian},
-        {"hr", "hr_HR.UTF-8", TextLanguage::Croatian}};
-    for (const auto& [tag, locale, lcid] : languages) {
-        SCOPED_TRACE(tag);
+    const std::pair<const char*, int> languages[] = {
+        {"de_DE.UTF-8", TextLanguage::German},
+        {"en_US.UTF-8", TextLanguage::EnglishUnitedStates},
+        {"en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
+        {"fr_FR.UTF-8", TextLanguage::French},
+        {"pl_PL.UTF-8", TextLanguage::Polish},
+        {"ru_RU.UTF-8", TextLanguage::Russian},
+        {"hr_HR.UTF-8", TextLanguage::Croatian}};
+    for (const auto& [locale, lcid] : languages) {
+        SCOPED_TRACE(locale);
         LanguageScope scope(locale, lcid);
         FrmMain window(daten, scene, nullptr);
         window.ApplyLanguage();
