@@ -31,24 +31,19 @@ TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
     EXPECT_EQ(label->font().pixelSize(), windowFont().pixelSize());
 }
 
-TEST(CaptionButtonFit, LongCaptionsWrapAndThePictureStandsBeside) {
-    QWidget window;
-    window.setFont(windowFont());
-    CaptionButton button(&window);
-    button.setGeometry(0, 0, 89, 33);
-    button.setText(QStringLiteral("Änderungen Übernehmen"));
-    EXPECT_TRUE(button.captionFits() && !button.captionShrunk());
-    EXPECT_GT(button.captionRect().height(), button.fontMetrics().height()); // two lines
-    EXPECT_LE(button.captionRect().width(), 89);
-    button.setGeometry(0, 0, 129, 49);
-    button.setText(QStringLiteral("refresh"));
-    const QRect alone = button.captionRect();
-    QPixmap picture(24, 24);
-    picture.fill(Qt::red);
-    button.setIcon(QIcon(picture));
-    button.setIconSize(QSize(24, 24));
-    EXPECT_GT(button.captionRect().left(), alone.left());
-    EXPECT_EQ(button.captionRect().size(), alone.size());
+TEST_F(WindowTest, LongCaptionsWrapAndThePictureStandsBeside) {
+    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
+    main->ApplyLanguage();
+    auto* adopt = child<CaptionButton>(&main->frmDetails(), "Command1"); // 89 wide
+    EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
+    EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
+    EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
+    EXPECT_LE(adopt->captionRect().width(), 89);
+    auto* refresh = child<CaptionButton>("Command1");
+    const QRect beside = refresh->captionRect();
+    refresh->setIcon(QIcon());
+    EXPECT_LT(refresh->captionRect().left(), beside.left());
+    EXPECT_EQ(refresh->captionRect().size(), beside.size());
 }
 
 TEST_F(WindowTest, AClickAnywhereOnAnOptionAreaSelects) {
