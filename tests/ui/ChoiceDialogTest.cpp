@@ -10,7 +10,6 @@ class ChoiceDialog : public WindowTest {
 protected:
     ChoiceDialog() : scope("en_US.UTF-8", TextLanguage::EnglishUnitedStates) {
         main->ApplyLanguage();
-        main->fillMaterialList();
         main->show();
         child<QLineEdit>("txtÜd")->setText(QStringLiteral("150"));
     }

@@ -9,7 +9,6 @@ const char* const fields[] = {"txtDü", "txtBd", "txtFn", "txtDe", "txtH"};
 class DetailsDialog : public WindowTest {
 protected:
     DetailsDialog() {
-        main->fillMaterialList();
         daten.roof = RoofData{500, 150, 35, 40, 270};
         daten.design.heightH = 5600;
     }

@@ -37,7 +37,6 @@ protected:
                 files.push_back(std::get<std::string>(call.args.at(1)));
         return files;
     }
-    bool checked(const char* option) { return child<QRadioButton>(option)->isChecked(); }
 };
 
 // Overhang, the control clicked, then the rebuilds so far and the bend option selected; 200..390
@@ -53,7 +52,7 @@ TEST_F(MainWindowBehaviour, RefreshAndBendOptionClicksRebuildOnce) {
         main->setOverhangText(overhang);
         click(control);
         QCoreApplication::processEvents();
-        EXPECT_TRUE(rebuilds() == rebuilt && checked(selected)) << control;
+        EXPECT_TRUE(rebuilds() == rebuilt && child<QRadioButton>(selected)->isChecked()) << control;
     }
     EXPECT_EQ(scene.sceneFile(), "/wf/main.v3o");
     // The continuous pipe: both bend options disabled.
@@ -128,7 +127,7 @@ TEST_F(MainWindowBehaviour, HostButtonsGoToTheMacroCommandsCancelLeavesTheOtherI
     EXPECT_EQ(main->overhangText() + "|" + main->standpipeText() + "|" + main->clampSpacingText(),
               "0|250|1800");
     EXPECT_EQ(scene.calls().size(), callsBefore);
-    EXPECT_TRUE(!scene.objects().empty() && checked("O72"));
+    EXPECT_TRUE(!scene.objects().empty() && child<QRadioButton>("O72")->isChecked());
     EXPECT_EQ(child<QComboBox>("cbmaterial")->currentIndex(), 3);
     EXPECT_EQ(main->swatchColor(), QColor(178, 178, 178));
 }
