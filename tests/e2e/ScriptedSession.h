@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,39 +17,41 @@ using Json = nlohmann::json;
 
 // One run of the program on the sample building, driven by a script, in a folder of its own:
 // the host's program folder, the script, the journal, the states the script writes and the
-// saved projects all live below it.
-class ScriptedSession {
-public:
-    ScriptedSession() {
+// saved projects all live below it. The program needs a display (xvfb-run in the test run).
+class E2e : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (std::getenv("DISPLAY") == nullptr) {
+            GTEST_SKIP() << "needs a display: run under xvfb-run";
+        }
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        dir = std::filesystem::path(PLUVARINE_BINARY_DIR) / "e2e-sessions" /
-              (std::string(info->test_suite_name()) + "." + info->name());
-        std::filesystem::remove_all(dir);
-        std::filesystem::create_directories(dir);
+        m_dir = std::filesystem::path(PLUVARINE_BINARY_DIR) / "e2e-sessions" / info->name();
+        std::filesystem::remove_all(m_dir);
+        std::filesystem::create_directories(m_dir);
     }
 
-    void add(Json step) { steps.push_back(std::move(step)); }
+    void add(Json step) { m_steps.push_back(std::move(step)); }
+    void button(const char* name) { add({{"do", "button"}, {"name", name}}); }
+    void click(double x, double y) { add({{"do", "click"}, {"x", x}, {"y", y}}); }
     // A state snapshot under this name (see state()).
     void snapshot(const std::string& name) {
-        add({{"do", "state"}, {"file", (dir / (name + ".json")).string()}});
+        add({{"do", "state"}, {"file", path(name + ".json")}});
     }
-    std::string path(const std::string& name) const { return (dir / name).string(); }
+    std::string path(const std::string& name) const { return (m_dir / name).string(); }
 
     // Runs the program to its end; `extra` are further command-line arguments.
     int run(const std::vector<std::string>& extra = {}) {
-        std::ofstream(dir / "script.json") << Json{{"steps", steps}}.dump(1);
-        std::string command = "timeout 120 '" + std::string(PLUVARINE_GUI) + "'";
-        const std::vector<std::string> arguments{
+        std::ofstream(m_dir / "script.json") << Json{{"steps", m_steps}}.dump(1);
+        std::vector<std::string> arguments{
             "--script",         path("script.json"),
             "--journal",        path("journal.jsonl"),
             "--program-folder", path("programfolder"),
-            "--building",       std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json",
-            "--help-folder",    std::string(PLUVARINE_SOURCE_DIR) + "/data/help",
+            "--building",       PLUVARINE_SOURCE_DIR "/data/sample/house.json",
+            "--help-folder",    PLUVARINE_SOURCE_DIR "/data/help",
             "--language",       "en_US"};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        std::string command = "timeout 120 '" PLUVARINE_GUI "'";
         for (const std::string& argument : arguments) {
-            command += " '" + argument + "'";
-        }
-        for (const std::string& argument : extra) {
             command += " '" + argument + "'";
         }
         command += " >'" + path("stdout.txt") + "' 2>'" + path("stderr.txt") + "'";
@@ -57,36 +60,33 @@ public:
     }
 
     Json state(const std::string& name) const {
-        std::ifstream in(dir / (name + ".json"));
-        if (!in) {
-            ADD_FAILURE() << "no state " << name << "; stderr: " << read("stderr.txt");
-            return Json::object();
-        }
-        return Json::parse(in);
+        std::ifstream in(m_dir / (name + ".json"));
+        EXPECT_TRUE(in) << "no state " << name << "; stderr: " << read("stderr.txt");
+        return in ? Json::parse(in) : Json::object();
     }
 
     std::vector<Json> journal() const {
         std::vector<Json> lines;
-        std::ifstream in(dir / "journal.jsonl");
+        std::ifstream in(m_dir / "journal.jsonl");
         for (std::string line; std::getline(in, line);) {
             lines.push_back(Json::parse(line));
         }
         return lines;
     }
 
+    bool called(const std::string& op) const {
+        const std::vector<Json> lines = journal();
+        return std::any_of(lines.begin(), lines.end(),
+                           [&](const Json& line) { return line.value("op", "") == op; });
+    }
+
     std::string read(const std::string& name) const {
-        std::ifstream in(dir / name, std::ios::binary);
+        std::ifstream in(m_dir / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    std::filesystem::path dir;
-    Json steps = Json::array();
+    std::filesystem::path m_dir;
+    Json m_steps = Json::array();
 };
-
-// The program needs a display (xvfb-run in the test run).
-#define PLUVARINE_NEEDS_DISPLAY()                                                                  \
-    if (std::getenv("DISPLAY") == nullptr) {                                                       \
-        GTEST_SKIP() << "needs a display: run under xvfb-run";                                     \
-    }
 
 } // namespace pluvarine::e2e

@@ -5,42 +5,22 @@
 namespace pluvarine::e2e {
 namespace {
 
-bool called(const std::vector<Json>& journal, const std::string& op) {
-    for (const Json& line : journal) {
-        if (line.value("op", "") == op) {
-            return true;
-        }
-    }
-    return false;
+TEST_F(E2e, AnOldHostGetsTheButtonThenTheMessageAndTheProgramEnds) {
+    snapshot("never"); // the script does not start: the program has ended
+    EXPECT_EQ(run({"--version-text", "Tectaro Architektur +2004.9"}), 0);
+    EXPECT_NE(read("stderr.txt").find("message: Incompatible Tectaro version!"), std::string::npos)
+        << read("stderr.txt");
+    EXPECT_TRUE(called("AddMacroButton"));
+    EXPECT_FALSE(called("GetProgramFolder"));
+    EXPECT_FALSE(std::filesystem::exists(path("never.json")));
 }
 
-TEST(E2eStartUpTest, AnOldHostGetsTheButtonThenTheMessageAndTheProgramEnds) {
-    PLUVARINE_NEEDS_DISPLAY();
-    ScriptedSession session;
-    session.snapshot("never"); // the script does not start: the program has ended
-
-    EXPECT_EQ(session.run({"--version-text", "Tectaro Architektur +2004.9"}), 0);
-
-    EXPECT_NE(session.read("stderr.txt").find("message: Incompatible Tectaro version!"),
-              std::string::npos)
-        << session.read("stderr.txt");
-    const std::vector<Json> journal = session.journal();
-    EXPECT_TRUE(called(journal, "AddMacroButton"));
-    EXPECT_FALSE(called(journal, "GetProgramFolder"));
-    EXPECT_FALSE(std::filesystem::exists(session.path("never.json")));
-}
-
-TEST(E2eStartUpTest, ARussianSystemTakesAnyHostAndWorksInTheMakrosFolder) {
-    PLUVARINE_NEEDS_DISPLAY();
-    ScriptedSession session;
-    session.snapshot("started");
-    session.add({{"do", "exit"}});
-
-    EXPECT_EQ(session.run({"--language", "ru_RU", "--version-text", "Tectaro"}), 0)
-        << session.read("stderr.txt");
-
-    EXPECT_FALSE(called(session.journal(), "GetVersionText"));
-    const Json started = session.state("started");
+TEST_F(E2e, ARussianSystemTakesAnyHostAndWorksInTheMakrosFolder) {
+    snapshot("started");
+    add({{"do", "exit"}});
+    EXPECT_EQ(run({"--language", "ru_RU", "--version-text", "Tectaro"}), 0) << read("stderr.txt");
+    EXPECT_FALSE(called("GetVersionText"));
+    const Json started = state("started");
     EXPECT_TRUE(started["macro"]["hostCompatible"]);
     EXPECT_NE(started["macro"]["workFolder"].get<std::string>().find("/Standard/Makros/Pluvarine"),
               std::string::npos);
