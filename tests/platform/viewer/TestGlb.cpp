@@ -79,7 +79,12 @@ void writeBoxPart(const std::string& path, double sx, double sy, double sz, cons
 }
 
 void writeText(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    // A test that writes its own input must not go on without it.
+    if (!file.flush()) {
+        throw std::runtime_error("cannot write " + path);
+    }
 }
 
 std::string readBytes(const std::string& path) {

@@ -35,6 +35,7 @@ bool near(QRgb pixel, const QColor& colour) {
 class Render : public ::testing::Test {
 protected:
     void SetUp() override {
+        QDir().mkpath(QString::fromStdString(kScreenshots)); // also the place of test materials
         m_widget.resize(692, 464);
         m_widget.show();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&m_widget));
@@ -42,7 +43,6 @@ protected:
 
     QImage grab(const std::string& file) {
         const QImage image = m_widget.grabFramebuffer().convertToFormat(QImage::Format_RGB32);
-        QDir().mkpath(QString::fromStdString(kScreenshots));
         image.save(QString::fromStdString(kScreenshots + file));
         return image;
     }
