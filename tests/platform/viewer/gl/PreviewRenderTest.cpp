@@ -177,19 +177,6 @@ TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
     EXPECT_GT(m_widget.camera().distance(), fitted.distance() * 0.8f);
 }
 
-// Hidden, the preview takes whole rebuilds; it holds the scene's save dialog while it lives, and
-// the scene rebuilds without it afterwards.
-TEST(Preview, HiddenItTakesRebuildsAndHoldsTheSaveDialogWhileItLives) {
-    ViewerScene scene;
-    {
-        PreviewWidget widget(scene);
-        EXPECT_TRUE(scene.hasSaveDialog());
-        composeAssembly(scene, partsWorkFolder({}), AssemblyKind::Bend42);
-    }
-    EXPECT_FALSE(scene.hasSaveDialog());
-    composeAssembly(scene, partsWorkFolder({}), AssemblyKind::Continuous);
-}
-
 // Two signal-red boxes, one hanging in front of the wall, one standing wholly behind it, seen
 // from the front, fitted and then six wheel steps back.
 class WallRender : public Render {
