@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -170,6 +171,9 @@ struct Refusal {
     const char* name;
     std::vector<const char*> args;
 };
+void PrintTo(const Refusal& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 class ComposeCliRefuses : public ::testing::TestWithParam<Refusal> {};
 

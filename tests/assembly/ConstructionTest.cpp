@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 #include <numbers>
+#include <ostream>
 
 namespace pluvarine::test {
 namespace {
@@ -30,6 +31,9 @@ struct Example {
     double verticalMm;    // length of the vertical pipe
     double topClampMm;    // centre above the ground; the others follow s apart
 };
+void PrintTo(const Example& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 class Examples : public ::testing::TestWithParam<Example> {};
 
@@ -148,6 +152,9 @@ struct StopCase {
     double H, D, s;
     int error;
 };
+void PrintTo(const StopCase& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 constexpr int kDivision = RuntimeError::DivisionByZero, kOverflow = RuntimeError::Overflow;
 class Stops : public ::testing::TestWithParam<StopCase> {};

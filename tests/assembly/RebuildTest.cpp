@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <ostream>
 
 namespace pluvarine::test {
 namespace {
@@ -18,6 +19,9 @@ struct SelectionCase {
     Construction construction;
     bool optionsEnabled, asked, o42After;
 };
+void PrintTo(const SelectionCase& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 class Selection : public ::testing::TestWithParam<SelectionCase> {};
 

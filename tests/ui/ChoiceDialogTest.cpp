@@ -1,6 +1,7 @@
 #include "UiTestSupport.h"
 
 #include <algorithm>
+#include <ostream>
 
 namespace pluvarine::test {
 namespace {
@@ -30,6 +31,9 @@ struct Answer {
     const char* button;
     bool answered, bend, doNot;
 };
+void PrintTo(const Answer& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 class Answers : public ChoiceDialog, public ::testing::WithParamInterface<Answer> {};
 

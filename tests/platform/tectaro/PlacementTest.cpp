@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <numbers>
+#include <ostream>
 
 using namespace pluvarine;
 
@@ -23,6 +24,9 @@ struct Side {
     Kind kind;
     double overhang, direction; // as the macro reads them there: mm, degrees
 };
+void PrintTo(const Side& c, std::ostream* os) {
+    *os << c.name;
+} // readable test listings
 
 // The world extent of one object of the inserted element, measured from the picked point on
 // the wall face: u outward from the face, v along it, z up.

@@ -15,6 +15,7 @@
 #include <QStyle>
 #include <QStyleOptionGroupBox>
 #include <functional>
+#include <ostream>
 
 namespace pluvarine::test {
 namespace {
@@ -26,6 +27,9 @@ struct Language {
     const char* systemLocale;
     int lcid;
 };
+void PrintTo(const Language& c, std::ostream* os) {
+    *os << c.tag;
+} // readable test listings
 
 // The captions of a window that do not fit their controls, and those that fit only in a type
 // smaller than the window's, one "control: text" each.
