@@ -30,9 +30,12 @@ namespace pluvarine {
 // turn it into the building on two of the four sides). The macro moves the reference point
 // half the wall offset (plus 8 mm) outwards from the picked point. For the downpipe the box
 // reaches from the gutter outlet's outer rim (about the wall offset out) to the clamps' wall
-// brackets (129.4 mm behind the pipe's wall-side surface), so the pipe stands clear of the
-// wall (about 53 mm for the constructions led back to the wall, half the wall offset for the
-// continuous pipe) and the clamps' brackets reach into the wall.
+// brackets (129.4 mm behind the pipe's wall-side surface), so the downpipe touches the wall
+// face with its clamps, whose brackets reach into the wall, and the pipe stands clear of it
+// (52.7 mm for the constructions led back to the wall, about half the wall offset for the
+// continuous pipe). A reference point that put the object's wall plane x = 0 on the face would
+// set those pipes flush, and with them the wider standpipe and cap on the pipe's axis 12.5 and
+// 14.5 mm into the wall.
 class TectaroPlacement {
 public:
     // The reference point of an object with the given bounding box (object file frame).
