@@ -44,6 +44,6 @@ function(pluvarine_test name)
   if(TARGET pluvarine_workfolder)
     add_dependencies(${name} pluvarine_workfolder)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "${ARG_ENVIRONMENT}")
 endfunction()

@@ -2,6 +2,7 @@
 #include "assembly/MaterialChoice.h"
 #include "host/MacroCommands.h"
 
+#include <QElapsedTimer>
 #include <functional>
 
 namespace pluvarine::test {
@@ -133,9 +134,13 @@ TEST_F(MainWindowBehaviour, HostButtonsGoToTheMacroCommandsCancelLeavesTheOtherI
 }
 
 TEST_F(MainWindowBehaviour, Timer1RebuildsOnceAfter100msOrRunsTheInstalledHandler) {
+    QElapsedTimer clock;
+    clock.start();
     main->enableTimer1();
     QTest::qWait(30);
-    EXPECT_EQ(rebuilds(), 0);
+    if (clock.elapsed() < 90) { // a loaded machine may have held the test past the interval
+        EXPECT_EQ(rebuilds(), 0);
+    }
     QTRY_COMPARE_WITH_TIMEOUT(rebuilds(), 1, 2000);
     EXPECT_FALSE(main->isTimer1Enabled());
     QTest::qWait(250);
