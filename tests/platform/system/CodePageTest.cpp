@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace pluvarine {
-namespace {
+using namespace pluvarine;
 
 // Text outside the code page, or not UTF-8 at all, is refused, never replaced by '?'.
 TEST(CodePage, MapsWindows1252OrRefuses) {
@@ -25,6 +24,3 @@ TEST(CodePage, EveryByteDecodesAndEncodesBack) {
     EXPECT_EQ(toCodePage(fromCodePage(all)), all);
     EXPECT_EQ(fromCodePage("\x80\x8A\xC4\xE9"), "€ŠÄé");
 }
-
-} // namespace
-} // namespace pluvarine

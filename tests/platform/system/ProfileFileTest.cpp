@@ -10,19 +10,14 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-namespace pluvarine {
-namespace {
+using namespace pluvarine;
 
 // ---- reading ----------------------------------------------------------------------------
 
-struct ReadCase {
-    const char *what, *content, *section, *key;
-    std::optional<std::string> value;
-};
-
 TEST(ProfileRead, FindsTheValue) {
     // clang-format off
-    const ReadCase table[] = {
+    const std::tuple<const char*, const char*, const char*, const char*,
+                     std::optional<std::string>> table[] = { // what, content, section, key, value
         {"plain", "[Sektion]\r\nEintrag=12\r\n", "Sektion", "Eintrag", "12"},
         {"names ignore case", "[SEKTION]\r\nEINTRAG= 7\r\n", "Sektion", "Eintrag", "7"},
         {"asked names trimmed", "[s]\r\nk=1\r\n", "  s\t", " k ", "1"},
@@ -58,13 +53,9 @@ TEST(ProfileRead, FindsTheValue) {
 
 // ---- writing ----------------------------------------------------------------------------
 
-struct WriteCase {
-    const char *what, *before, *section, *key, *value, *after;
-};
-
 TEST(ProfileWrite, ChangesOnlyTheEntry) {
     // clang-format off
-    const WriteCase table[] = {
+    const std::array<const char*, 6> table[] = { // what, before, section, key, value, after
         {"new file", "", "SEKTION", "EINTRAG", " 7", "[SEKTION]\r\nEINTRAG= 7\r\n"},
         {"replace keeps spelling", "[Sektion]\r\nEintrag= 3\r\n", "SEKTION", "EINTRAG", " 4",
          "[Sektion]\r\nEintrag= 4\r\n"},
@@ -104,10 +95,6 @@ TEST(ProfileRefused, EntriesThatCannotBeReadBack) {
 
 // ---- files ------------------------------------------------------------------------------
 
-std::string readFile(const std::string& path) {
-    return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
-}
-
 class ProfileFile : public ::testing::Test {
 protected:
     std::string folder() const { return m_dir.path().toStdString(); }
@@ -117,6 +104,10 @@ protected:
             std::distance(std::filesystem::directory_iterator(folder()), {}));
     }
     void put(const std::string& content) { std::ofstream(file(), std::ios::binary) << content; }
+    std::string written() const {
+        return {std::istreambuf_iterator<char>(std::ifstream(file(), std::ios::binary).rdbuf()),
+                {}};
+    }
     std::string get(const std::string& key, std::uint32_t size = 255) {
         std::string buffer(size + 1, '#');
         const std::uint32_t count =
@@ -140,11 +131,11 @@ TEST_F(ProfileFile, BufferOf255KeepsAtMost254AndAMissingFileGivesTheDefault) {
 
 TEST_F(ProfileFile, WriteMakesSectionAndKeyWithCrLfAndKeepsEverythingElse) {
     EXPECT_NE(WritePrivateProfileStringA("SEKTION", "EINTRAG", " 7", file()), 0);
-    EXPECT_EQ(readFile(file()), "[SEKTION]\r\nEINTRAG= 7\r\n");
+    EXPECT_EQ(written(), "[SEKTION]\r\nEINTRAG= 7\r\n");
     put("; c\r\n[SEKTION]\r\nEINTRAG= 1\r\n[x]\r\ny=2\r\n");
     ::chmod(file().c_str(), 0640);
     EXPECT_NE(WritePrivateProfileStringA("Sektion", "Eintrag", " 2", file()), 0);
-    EXPECT_EQ(readFile(file()), "; c\r\n[SEKTION]\r\nEINTRAG= 2\r\n[x]\r\ny=2\r\n");
+    EXPECT_EQ(written(), "; c\r\n[SEKTION]\r\nEINTRAG= 2\r\n[x]\r\ny=2\r\n");
     EXPECT_EQ(std::filesystem::status(file()).permissions(), std::filesystem::perms(0640));
     EXPECT_EQ(entryCount(), 1u); // no temporary file left behind
 }
@@ -168,9 +159,6 @@ TEST_F(ProfileFile, FailedWritesChangeNothing) {
     ::setrlimit(RLIMIT_FSIZE, &previous);
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(readFile(file()), "[s]\r\nk=1\r\n");
+    EXPECT_EQ(written(), "[s]\r\nk=1\r\n");
     EXPECT_EQ(entryCount(), 1u);
 }
-
-} // namespace
-} // namespace pluvarine
