@@ -6,75 +6,110 @@ namespace pluvarine::test {
 namespace {
 
 // Per control, up to ";": name, parent (its group or window), position, size where the layout fixes
-// one (0 otherwise), kind, and the initial text to the end ("*" when it comes from the table).
+// one (0 otherwise), kind, and its text to the end: "#" and the id of a text of the string table,
+// "*" for a value filled in from the design, otherwise the text the layout carries.
 const QStringList controls = QStringLiteral(R"(
-Frame5 frmMain 8 8 273 105 QGroupBox *;Label2 Frame5 8 24 0 0 QLabel *;
+Frame5 frmMain 8 8 273 105 QGroupBox #113;Label2 Frame5 8 24 0 0 QLabel #114;
 Label1 Frame5 168 24 0 0 QLabel Üd:;txtÜd Frame5 192 24 49 19 QLineEdit 0;
-Label3 Frame5 248 24 0 0 QLabel mm;Label4 Frame5 8 56 0 0 QLabel *;
+Label3 Frame5 248 24 0 0 QLabel mm;Label4 Frame5 8 56 0 0 QLabel #115;
 Label5 Frame5 144 56 0 0 QLabel X:;lblX Frame5 176 48 65 17 QLabel .....;
 Label6 Frame5 144 72 0 0 QLabel Y:;lblY Frame5 176 72 65 17 QLabel .....;
-Command5 Frame5 248 56 17 33 QPushButton >;Frame2 frmMain 8 120 273 57 QGroupBox *;
+Command5 Frame5 248 56 17 33 QPushButton >;Frame2 frmMain 8 120 273 57 QGroupBox #116;
 Pmat Frame2 8 16 41 33 QFrame ;cbmaterial Frame2 88 16 177 0 QComboBox ;
-Frame4 frmMain 8 184 273 65 QGroupBox *;Label8 Frame4 8 24 0 0 QLabel *;
+Frame4 frmMain 8 184 273 65 QGroupBox #121;Label8 Frame4 8 24 0 0 QLabel #122;
 Label7 Frame4 176 24 0 0 QLabel hs:;txths Frame4 200 24 41 19 QLineEdit 300;
-Label3 Frame4 248 24 0 0 QLabel mm;Frame6 frmMain 8 256 273 65 QGroupBox *;
-Label9 Frame6 8 24 0 0 QLabel *;Label16 Frame6 168 24 0 0 QLabel   df:;
+Label3 Frame4 248 24 0 0 QLabel mm;Frame6 frmMain 8 256 273 65 QGroupBox #123;
+Label9 Frame6 8 24 0 0 QLabel #124;Label16 Frame6 168 24 0 0 QLabel   df:;
 Combo2 Frame6 192 24 49 0 QComboBox 100;Label3 Frame6 248 24 0 0 QLabel mm;
-Frame8 frmMain 8 328 273 65 QGroupBox *;Label11 Frame8 8 24 0 0 QLabel *;
+Frame8 frmMain 8 328 273 65 QGroupBox #125;Label11 Frame8 8 24 0 0 QLabel #126;
 Label19 Frame8 174 24 0 0 QLabel dR:;txtdR Frame8 198 24 41 19 QLineEdit 1800;
-Label3 Frame8 248 24 0 0 QLabel mm;Frame7 frmMain 8 400 273 57 QGroupBox *;
-Label10 Frame7 8 24 0 0 QLabel *;O42 Frame7 112 16 49 33 QRadioButton 42°;
+Label3 Frame8 248 24 0 0 QLabel mm;Frame7 frmMain 8 400 273 57 QGroupBox #127;
+Label10 Frame7 8 24 0 0 QLabel #128;O42 Frame7 112 16 49 33 QRadioButton 42°;
 O72 Frame7 192 16 49 33 QRadioButton 72°;Player frmMain 288 8 257 449 QWidget ;
-Command4 frmMain 552 8 129 49 QPushButton *;Command3 frmMain 552 72 129 49 QPushButton *;
-Command2 frmMain 552 136 129 49 QPushButton *;Command6 frmMain 552 200 129 49 QPushButton *;
-Command1 frmMain 552 264 129 49 QPushButton *;Command7 frmMain 552 400 129 49 QPushButton *;
-Bild frmMain 568 336 49 41 QLabel ;Bild2 frmMain 640 360 25 25 QLabel ;
-Frame3 frmDetails 8 8 0 0 QGroupBox *;Label1 Frame3 16 24 0 0 QLabel *;
-txtDü Frame3 128 24 49 19 QLineEdit *;Label2 Frame3 16 48 0 0 QLabel *;
-txtBd Frame3 128 48 49 19 QLineEdit *;Label3 Frame3 16 72 0 0 QLabel *;
-txtFn Frame3 128 72 49 19 QLineEdit *;Label4 Frame3 16 96 0 0 QLabel *;
-txtDe Frame3 128 96 49 19 QLineEdit *;Label9 Frame3 16 120 0 0 QLabel *;
-lblDR Frame3 128 120 0 0 QLabel *;Label11 Frame3 16 144 0 0 QLabel *;
-txtH Frame3 128 144 49 19 QLineEdit *;Command1 frmDetails 8 192 89 33 QPushButton *;
-Command2 frmDetails 144 192 89 33 QPushButton *;Frame1 frmDetails 240 8 265 481 QGroupBox *;
-Picture1 Frame1 8 16 249 457 QLabel ;lblSketchdR Picture1 24 232 0 0 QLabel dR;
-lblSketchÜd Picture1 120 8 0 0 QLabel Üd;lblSketchH Picture1 200 232 0 0 QLabel H;
-lblSketchhs Picture1 24 400 0 0 QLabel hs;Line1 Picture1 152 24 1 17 QWidget ;
-lblMessage frmMessage 8 8 177 41 QLabel Message;OP1 frmMessage 8 56 177 25 QRadioButton Option1;
-OP2 frmMessage 8 88 185 25 QRadioButton Option2;Command1 frmMessage 192 8 89 41 QPushButton OK;
-Command2 frmMessage 192 64 89 41 QPushButton *)")
+Command4 frmMain 552 8 129 49 QPushButton #132;Command3 frmMain 552 72 129 49 QPushButton #130;
+Command2 frmMain 552 136 129 49 QPushButton #131;Command6 frmMain 552 200 129 49 QPushButton #133;
+Command1 frmMain 552 264 129 49 QPushButton #129;
+Command7 frmMain 552 400 129 49 QPushButton #8001;Bild frmMain 568 336 49 41 QLabel ;
+Bild2 frmMain 640 360 25 25 QLabel ;Frame3 frmDetails 8 8 0 0 QGroupBox #1001;
+Label1 Frame3 16 24 0 0 QLabel #1002;txtDü Frame3 128 24 49 19 QLineEdit *;
+Label2 Frame3 16 48 0 0 QLabel #1003;txtBd Frame3 128 48 49 19 QLineEdit *;
+Label3 Frame3 16 72 0 0 QLabel #1004;txtFn Frame3 128 72 49 19 QLineEdit *;
+Label4 Frame3 16 96 0 0 QLabel #1005;txtDe Frame3 128 96 49 19 QLineEdit *;
+Label9 Frame3 16 120 0 0 QLabel #1006;lblDR Frame3 128 120 0 0 QLabel *;
+Label11 Frame3 16 144 0 0 QLabel #6001;txtH Frame3 128 144 49 19 QLineEdit *;
+Command1 frmDetails 8 192 89 33 QPushButton #1007;
+Command2 frmDetails 144 192 89 33 QPushButton #1008;
+Frame1 frmDetails 240 8 265 481 QGroupBox #6000;Picture1 Frame1 8 16 249 457 QLabel ;
+lblSketchdR Picture1 24 232 0 0 QLabel dR;lblSketchÜd Picture1 120 8 0 0 QLabel Üd;
+lblSketchH Picture1 200 232 0 0 QLabel H;lblSketchhs Picture1 24 400 0 0 QLabel hs;
+Line1 Picture1 152 24 1 17 QWidget ;lblMessage frmMessage 8 8 177 41 QLabel Message;
+OP1 frmMessage 8 56 177 25 QRadioButton Option1;OP2 frmMessage 8 88 185 25 QRadioButton Option2;
+Command1 frmMessage 192 8 89 41 QPushButton OK;Command2 frmMessage 192 64 89 41 QPushButton #131)")
                                  .remove(QLatin1Char('\n'))
                                  .split(QLatin1Char(';'));
+
+// The control a row names, a direct child of the window or control given as its parent.
+QWidget* control(FrmMain& main, const QString& row) {
+    const QStringList f = row.split(QLatin1Char(' '));
+    for (QWidget* window :
+         {(QWidget*)&main, (QWidget*)&main.frmDetails(), (QWidget*)&main.frmMessage()}) {
+        if (QWidget* parent =
+                window->objectName() == f[1] ? window : window->findChild<QWidget*>(f[1]))
+            return parent->findChild<QWidget*>(f[0], Qt::FindDirectChildrenOnly);
+    }
+    return nullptr;
+}
 
 TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
     FrmDetails& details = main->frmDetails();
     FrmMessage& message = main->frmMessage();
-    const std::pair<QWidget*, QSize> windows[] = {
-        {main.get(), {692, 464}}, {&details, {512, 495}}, {&message, {288, 119}}};
-    for (const auto& [window, size] : windows)
-        EXPECT_EQ(window->size(), size) << window->objectName().toStdString();
+    EXPECT_EQ(main->size(), QSize(692, 464));
+    EXPECT_EQ(details.size(), QSize(512, 495));
+    EXPECT_EQ(message.size(), QSize(288, 119));
     EXPECT_EQ(main->minimumSize(), main->maximumSize());
     for (const QString& row : controls) {
         SCOPED_TRACE(row.toStdString());
         const QStringList f = row.split(QLatin1Char(' '));
-        QWidget* parent = nullptr;
-        for (const auto& [window, size] : windows)
-            parent = window->objectName() == f[1] ? window
-                     : parent                     ? parent
-                                                  : window->findChild<QWidget*>(f[1]);
-        ASSERT_NE(parent, nullptr);
-        auto* widget = parent->findChild<QWidget*>(f[0], Qt::FindDirectChildrenOnly);
+        QWidget* widget = control(*main, row);
         ASSERT_NE(widget, nullptr);
         EXPECT_TRUE(widget->inherits(f[6].toLatin1())) << widget->metaObject()->className();
         const QSize size(f[4].toInt() ? f[4].toInt() : widget->width(),
                          f[5].toInt() ? f[5].toInt() : widget->height());
         EXPECT_EQ(widget->geometry(), QRect(QPoint(f[2].toInt(), f[3].toInt()), size));
-        const QString text = row.section(QLatin1Char(' '), 7);
-        EXPECT_EQ(shownText(widget), text == QStringLiteral("*") ? shownText(widget) : text);
     }
     EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
     EXPECT_FALSE(child<QRadioButton>(&message, "OP1")->isChecked() ||
                  child<QRadioButton>(&message, "OP2")->isChecked());
+}
+
+// Every text of a control, in every language; the titles likewise.
+TEST_F(WindowTest, EveryCaptionComesFromTheTableOfTheActiveLanguage) {
+    const std::pair<const char*, int> languages[] = {
+        {"de_DE.UTF-8", TextLanguage::German},
+        {"en_US.UTF-8", TextLanguage::EnglishUnitedStates},
+        {"en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
+        {"fr_FR.UTF-8", TextLanguage::French},
+        {"pl_PL.UTF-8", TextLanguage::Polish},
+        {"ru_RU.UTF-8", TextLanguage::Russian},
+        {"hr_HR.UTF-8", TextLanguage::Croatian}};
+    for (const auto& [locale, lcid] : languages) {
+        SCOPED_TRACE(locale);
+        LanguageScope scope(locale, lcid);
+        FrmMain window(daten, scene, nullptr);
+        window.ApplyLanguage();
+        EXPECT_EQ(window.windowTitle().toStdString(), LoadText(112, lcid));
+        EXPECT_EQ(window.frmDetails().windowTitle().toStdString(), LoadText(1000, lcid));
+        EXPECT_EQ(window.frmMessage().windowTitle(), QStringLiteral("Fallrohr"));
+        for (const QString& row : controls) {
+            QString text = row.section(QLatin1Char(' '), 7);
+            if (text.startsWith(QLatin1Char('#')))
+                text = QString::fromStdString(LoadText(text.mid(1).toInt(), lcid));
+            const QWidget* widget = control(window, row);
+            ASSERT_NE(widget, nullptr) << row.toStdString();
+            EXPECT_EQ(shownText(widget), text == QStringLiteral("*") ? shownText(widget) : text)
+                << row.toStdString();
+        }
+    }
 }
 
 TEST_F(WindowTest, InitialStatePicturesAndPlaceOfTheMainWindowAndTheInjectedPreview) {
