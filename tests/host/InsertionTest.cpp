@@ -28,12 +28,10 @@ protected:
         visible = true;
     }
 
-    // Kept: the overhang value and the direction, the preview.
-    void expectDesignEnded() const {
-        const RoofData& r = daten.roof;
-        EXPECT_EQ(std::tie(r.roofingThickness, r.gutterWidth, r.roofPitch, daten.design.heightH,
-                           r.roofOverhang, overhang),
-                  std::make_tuple(0.0, 0.0, 0.0, 0.0, 500.0, "0"));
+    // Kept: the overhang value, the direction, the levels, the preview.
+    void expectDesignEnded(double direction = 180) const {
+        EXPECT_EQ(roof(), std::make_tuple(0.0, 0.0, 0.0, direction, 500.0, 0.0F, 150.0F));
+        EXPECT_EQ(std::tie(daten.design.heightH, overhang), std::make_tuple(0.0, "0"));
         EXPECT_FALSE(daten.design.constructionAnswered || daten.design.bendChosen || visible ||
                      log.contains("LoadScene"));
     }
@@ -50,15 +48,13 @@ TEST_F(InsertionTest, ExportsLoadsPlacesCountsAndEndsTheDesign) {
                             "CreateElement(none, 0)", "PrepareElement(true)", "SetElementMatrix()",
                             "CommitElement(true)", "SetMacroButtonState(7, 1, 0, true, true)",
                             "setOverhangText(0)", "hideWindow()"));
-    ASSERT_TRUE(host->matrix);
-    EXPECT_NEAR(host->matrix->at(0, 3), 4.242, 1e-6); // X, Y, W, H and Z reach the placement
-    EXPECT_NEAR(host->matrix->at(1, 3), -2.212, 1e-6);
-    EXPECT_NEAR(host->matrix->at(2, 3), 1.735, 1e-6);
+    // X, Y, W, H and Z reach the placement (the numbers: PlacementTest).
+    EXPECT_EQ(host->matrix.value_or(PlacementMatrix{}).values,
+              elementPlacement({180, 4.25F, -2.5F, 150, 560, 2950})->values);
     EXPECT_EQ(macro->objectCounter(), 2);
     // The number text with its sign position (reading trims the blank).
     EXPECT_NE(readFile(work / "obj" / "Data.ini").find("EINTRAG= 1\r\n"), std::string::npos);
     expectDesignEnded();
-    EXPECT_EQ(daten.roof.roofDirection, 180);
 }
 
 TEST_F(InsertionTest, TheCounterNamesTheFilesOfTwoInsertions) {
@@ -78,25 +74,23 @@ TEST_F(InsertionTest, TheCounterNamesTheFilesOfTwoInsertions) {
 }
 
 TEST_F(InsertionTest, AFailingStepIsSkippedAndTheDesignStillEnds) {
-    // The failing operation, whether the template creates no element, the direction, a call
-    // then left out.
-    const std::tuple<const char*, bool, double, const char*> table[] = {
-        {"LoadObjectFile", false, 180, "CreateElement"},
-        {"", true, 180, "PrepareElement"},
-        {"", false, -200, "SetElementMatrix"},
-        {"PrepareElement", false, 180, "none"}};
-    for (const auto& [failing, createsNothing, direction, leftOut] : table) {
+    // The failing operation, the one returning nothing, the direction, a call then left out.
+    const std::tuple<const char*, const char*, double, const char*> table[] = {
+        {"LoadObjectFile", "", 180, "CreateElement"},
+        {"", "CreateElement", 180, "PrepareElement"},
+        {"", "", -200, "SetElementMatrix"},
+        {"PrepareElement", "", 180, "none"}};
+    for (const auto& [failing, empty, direction, leftOut] : table) {
         restartWith("");
         daten.roof.roofDirection = direction;
         log.failing = {failing};
-        host->createsNothing = createsNothing;
+        log.empty = {empty};
         const int counter = macro->objectCounter();
         macro->Command4_Click();
         EXPECT_FALSE(log.contains(leftOut)) << leftOut;
         EXPECT_EQ(macro->objectCounter(), counter + 1);
         EXPECT_TRUE(log.contains("SetMacroButtonState"));
-        expectDesignEnded();
-        EXPECT_EQ(daten.roof.roofDirection, direction);
+        expectDesignEnded(direction);
     }
     // Each placement call is made even when the one before failed.
     EXPECT_THAT(log.only({"PrepareElement", "SetElementMatrix", "CommitElement"}),

@@ -24,10 +24,12 @@ namespace pluvarine::test {
 using ::testing::ElementsAre;
 
 // One journal for every fake, so a test sees the order of everything the macro did. Any
-// operation named in `failing` is recorded, then throws RuntimeError(HostError).
+// operation named in `failing` is recorded, then throws RuntimeError(HostError); one named in
+// `empty` returns nothing (nullptr, false, 0 or "").
 struct CallLog {
     std::vector<std::string> entries;
     std::set<std::string> failing;
+    std::set<std::string> empty;
 
     template <typename... Values> static std::string join(const Values&... values) {
         std::ostringstream out;
@@ -42,7 +44,7 @@ struct CallLog {
         if (failing.contains(op)) {
             throw RuntimeError(RuntimeError::HostError, op + " failed");
         }
-        return result;
+        return empty.contains(op) ? R{} : result;
     }
     template <typename... Values> void call(const std::string& op, const Values&... values) {
         reply(0, op, values...);
@@ -78,9 +80,6 @@ public:
     explicit FakeHost(CallLog& log) : m_log(log) {}
     std::string programFolder;
     std::string versionText = "Tectaro +2010 Pro";
-    bool connectResult = true;
-    bool hasBuilding = true;
-    bool createsNothing = false;
     std::map<std::int32_t, std::string> macroData;
     HostEvents* sink = nullptr;
     HostPicture buttonPicture;
@@ -115,8 +114,7 @@ public:
         return m_log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
     }
     std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
-        return m_log.reply(createsNothing ? nullptr : self(), "CreateElement",
-                           parent == nullptr ? "none" : "parent", flags);
+        return m_log.reply(self(), "CreateElement", parent == nullptr ? "none" : "parent", flags);
     }
     void PrepareElement(bool flag) override { m_log.call("PrepareElement", flag); }
     std::int32_t SetElementMatrix(const PlacementMatrix& m) override {
@@ -130,7 +128,7 @@ public:
         return m_log.reply(programFolder, "GetProgramFolder");
     }
     std::shared_ptr<HostBuilding> GetActiveBuilding() override {
-        return m_log.reply(hasBuilding ? self() : nullptr, "GetActiveBuilding");
+        return m_log.reply(self(), "GetActiveBuilding");
     }
     std::string GetVersionText() override { return m_log.reply(versionText, "GetVersionText"); }
     std::int32_t AddMacroButton(const HostPicture& picture, std::int32_t flags,
@@ -171,7 +169,7 @@ public:
     }
     bool ConnectMacro(std::int32_t handle, const std::string& text,
                       const std::string& guid) override {
-        return m_log.reply(connectResult, "ConnectMacro", handle, "'" + text + "'", guid);
+        return m_log.reply(true, "ConnectMacro", handle, "'" + text + "'", guid);
     }
 
 private:
@@ -219,9 +217,12 @@ protected:
         makeMacro();
     }
 
-    // A fresh program run: a new host connection and a new macro on the same folders.
+    // A fresh program run: a new host connection and a new macro on the same folders, a fresh
+    // log.
     void makeMacro() {
         macro.reset();
+        log = {};
+        ended = false;
         pendingHost = std::make_unique<FakeHost>(log);
         host = pendingHost.get();
         host->programFolder = dir.path().toStdString() + "/";
@@ -245,10 +246,9 @@ protected:
 
     void showWindow() override { visible = log.reply(true, "showWindow"); }
     void hideWindow() override { visible = log.reply(false, "hideWindow"); }
-    void stayOnTop(bool on) override { topmost = log.reply(on, "stayOnTop", on); }
+    void stayOnTop(bool on) override { log.call("stayOnTop", on); }
     void setClickLabels(const std::string& x, const std::string& y) override {
-        labelX = log.reply(x, "setClickLabels", x, y);
-        labelY = y;
+        log.call("setClickLabels", x, y);
     }
     std::string overhangText() const override { return overhang; }
     void setOverhangText(const std::string& text) override {
@@ -272,6 +272,12 @@ protected:
     bool hasEnded() const override { return ended; }
     void HtmlHelp(const std::string& fileAndTopic) override { log.call("HtmlHelp", fileAndTopic); }
 
+    // Gutter width, roofing thickness, pitch, direction, overhang, roof level, ground level.
+    auto roof() const {
+        const RoofData& r = daten.roof;
+        return std::make_tuple(r.gutterWidth, r.roofingThickness, r.roofPitch, r.roofDirection,
+                               r.roofOverhang, r.roofLevel, r.groundLevel);
+    }
     std::string objFile(const std::string& name) const { return (work / "obj" / name).string(); }
     static std::string readFile(const std::filesystem::path& path) {
         std::ifstream in(path, std::ios::binary);
@@ -291,11 +297,8 @@ protected:
     ObjectFileScene scene{log};
     bool russianSystem = false; // ApplyLanguage asks to skip the version check
     bool visible = false;
-    bool topmost = false;
     bool ended = false;
     std::string overhang;
-    std::string labelX = ".....";
-    std::string labelY = ".....";
     int pumps = 0;
     std::unique_ptr<HostJournal> journal; // when set, the connection is journaled
     std::unique_ptr<Macro> macro;
