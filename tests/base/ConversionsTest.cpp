@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
-#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -49,9 +48,8 @@ using Text = Row<const char*>;
 // Every row: converting `in` gives `out`.
 template <typename F, typename In, typename... More>
 void expectRows(F convert, const Row<In>& first, const More&... more) {
-    for (const Row<In>& row : {first, more...}) {
+    for (const Row<In>& row : {first, more...})
         EXPECT_EQ(outcome([&] { return convert(row.in); }), row.out) << '"' << row.in << '"';
-    }
 }
 
 TEST(Conversions, ToIntegerRoundsHalfToEvenWithinRange) {
@@ -129,9 +127,8 @@ TEST(Conversions, LeadingNumberReadsAsFarAsANumberGoes) {
                Text{"1e+", "1"}, Text{"2E 2", "200"}, Text{" 2545.8", "2545.8"}, Text{"-", "0"},
                Text{".", "0"}, Text{"1e400", kOverflow}, Text{"&H100000000", kOverflow});
     // It reads back what numberText writes, exactly.
-    for (const double value : {0.0, 7.0, -3.0, 0.1, -0.5, 2545.8, 1e20, 32767.0}) {
+    for (const double value : {0.0, 7.0, -3.0, 0.1, -0.5, 2545.8, 1e20, 32767.0})
         EXPECT_EQ(leadingNumber(numberText(value)), value) << value;
-    }
 }
 
 TEST(Conversions, DivideFailsAsTheRuntimeDoes) {
@@ -139,20 +136,16 @@ TEST(Conversions, DivideFailsAsTheRuntimeDoes) {
         {6, 3, "2"},          {-1, 4, "-0.25"},    {0, 5, "0"},       {1, 0, kByZero},
         {-1, 0, kByZero},     {1, -0.0, kByZero},  {0, 0, kOverflow}, {1e308, 1e-10, kOverflow},
         {kNaN, 1, kOverflow}, {kInf, 1, kOverflow}};
-    for (const auto& [numerator, denominator, expected] : cases) {
+    for (const auto& [numerator, denominator, expected] : cases)
         EXPECT_EQ(outcome([&] { return divide(numerator, denominator); }), expected)
             << numerator << " / " << denominator;
-    }
 }
 
 TEST(Conversions, ToSingleNarrowsOrOverflows) {
-    for (const auto& [value, expected] : {std::pair{0.1, 0.1f},
-                                          {-2545.8, -2545.8f},
-                                          {double(FLT_MAX), FLT_MAX},
-                                          {-double(FLT_MAX), -FLT_MAX},
-                                          {1e-50, 0.0f}}) {
+    const std::pair<double, float> narrowed[] = {
+        {0.1, 0.1f}, {-2545.8, -2545.8f}, {FLT_MAX, FLT_MAX}, {-FLT_MAX, -FLT_MAX}, {1e-50, 0}};
+    for (const auto& [value, expected] : narrowed)
         EXPECT_EQ(toSingle(value), expected) << value;
-    }
     expectRows(toSingle, Num{1e39, kOverflow}, Num{-1e39, kOverflow}, Num{kNaN, kOverflow},
                Num{kInf, kOverflow});
 }
