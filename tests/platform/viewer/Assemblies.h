@@ -1,31 +1,57 @@
 #pragma once
 
-#include "assembly/Daten.h"
-#include "assembly/SceneOperations.h"
+#include "assembly/PlainRebuildInputs.h"
+#include "assembly/Rebuild.h"
 
-#include <iosfwd>
-#include <string>
+#include <ostream>
 
 namespace pluvarine::test {
 
-// The five constructions, composed through the real rebuild with the main window's default
-// fields (hs 300, dR 1800), H = 3000 and a gutter width of 150:
+// The five constructions, composed through the real rebuild in the built working folder with
+// the main window's default fields (hs 300, dR 1800), H = 3000 and a gutter width of 150:
 //   continuous: overhang 0 (W = 90); bend42: 300 (W = 390); bend72: 500 with O72 (W = 590);
 //   kink42 / kink72: 150, answered "bend construction" (W = 240).
 enum class AssemblyKind { Continuous, Bend42, Bend72, Kink42, Kink72 };
 constexpr AssemblyKind kAllAssemblies[] = {AssemblyKind::Continuous, AssemblyKind::Bend42,
                                            AssemblyKind::Bend72, AssemblyKind::Kink42,
                                            AssemblyKind::Kink72};
+
+struct ConstructionFields {
+    const char* name;
+    const char* overhang;
+    bool o72, kink; // kink: answered "bend construction" for an overhang that allows a kink
+};
+constexpr ConstructionFields kConstructions[] = {{"continuous", "0", false, false},
+                                                 {"bend42", "300", false, false},
+                                                 {"bend72", "500", true, false},
+                                                 {"kink42", "150", false, true},
+                                                 {"kink72", "150", true, true}};
+
 // Prints the construction's name (test names, file names).
-void PrintTo(AssemblyKind kind, std::ostream* os);
+inline void PrintTo(AssemblyKind kind, std::ostream* os) {
+    *os << kConstructions[int(kind)].name;
+}
 
 // Runs the rebuild into the scene; returns the design it left. `materialFile` empty: every
 // part keeps its own look.
-Daten composeAssembly(SceneOperations& scene, const std::string& workFolder, AssemblyKind kind,
-                      const std::string& materialFile = {});
-
-// The working folder the build lays out (every test program depends on it); `scratch` is
-// not needed any more and kept for the callers.
-std::string partsWorkFolder(const std::string& scratch);
+inline Daten composeAssembly(SceneOperations& scene, AssemblyKind kind,
+                             const std::string& materialFile = {}) {
+    const ConstructionFields& c = kConstructions[int(kind)];
+    Daten daten;
+    daten.workFolder = PLUVARINE_WORKFOLDER;
+    daten.oldObjectFile = daten.workFolder + "/obj/fallrohr.tob";
+    daten.design.heightH = 3000;
+    daten.roof.gutterWidth = 150;
+    daten.design.materialFile = materialFile;
+    daten.design.constructionAnswered = daten.design.bendChosen = daten.design.bendPartsBuilt =
+        c.kink;
+    PlainRebuildInputs inputs;
+    inputs.setOverhangText(c.overhang);
+    if (c.o72) {
+        inputs.clickO72();
+    }
+    Rebuild(daten, scene, inputs).run();
+    return daten;
+}
 
 } // namespace pluvarine::test

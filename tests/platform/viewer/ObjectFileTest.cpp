@@ -42,7 +42,8 @@ protected:
     std::int32_t m_pipe = 0;
 };
 
-TEST_F(ObjectFile, IsAGlbWithOneNodePerObject) {
+// A GLB with one node per object, that reads back as the scene it was written from.
+TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
     ASSERT_TRUE(m_scene.SaveScene(path(" 7.tob"), "Fallrohr", ""));
     const std::string glb = readBytes(path(" 7.tob"));
     ASSERT_GE(glb.size(), 28u);
@@ -57,9 +58,9 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObject) {
     const auto json = nlohmann::json::parse(glb.substr(20, jsonLength));
     const auto& nodes = json["nodes"];
     EXPECT_EQ(json["scenes"][json["scene"].get<int>()]["name"], "Fallrohr");
-    ASSERT_EQ(nodes.size(), 5u); // base scene + 4 objects
-    EXPECT_EQ(nodes[1]["name"], "pipe #1");
-    EXPECT_EQ(nodes[2]["name"], "clamp #2");
+    ASSERT_EQ(nodes.size(), 5u);                        // base scene + 4 objects
+    EXPECT_EQ(nodes[1]["name"], "Fallrohr_100_500 #1"); // the part file's own name
+    EXPECT_EQ(nodes[2]["name"], "Rohrschelle_100 #2");
     EXPECT_EQ(nodes[1]["extras"]["pluvarine"]["id"], 1);
     EXPECT_TRUE(nodes[4]["extras"]["pluvarine"]["auxiliary"].get<bool>());
     const auto& matrix = m_scene.object(m_pipe)->transform.columnMajor();
@@ -74,10 +75,8 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObject) {
     EXPECT_FLOAT_EQ(material["pbrMetallicRoughness"]["baseColorFactor"][0].get<float>(),
                     srgbToLinear(154));
     EXPECT_FLOAT_EQ(material["pbrMetallicRoughness"]["roughnessFactor"].get<float>(), 0.35f);
-}
 
-TEST_F(ObjectFile, ReadsBackAsTheSceneItWasWrittenFrom) {
-    m_scene.SaveScene(path("a.tob"), "", "");
+    ASSERT_TRUE(m_scene.SaveScene(path("a.tob"), "", ""));
     const GlbContent content = GlbReader::readFile(path("a.tob"));
     EXPECT_EQ(content.sceneName, "a"); // an empty object name takes the file's name
     ASSERT_EQ(content.items.size(), 5u);
@@ -101,8 +100,7 @@ TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
     rlimit old{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit small = old;
-    small.rlim_cur = 1000;
+    const rlimit small{1000, old.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     expectViewerError([&] { m_scene.SaveScene(path(" 1.tob"), "Fallrohr", ""); });
     setrlimit(RLIMIT_FSIZE, &old);
@@ -117,8 +115,7 @@ class ConstructionExport : public ::testing::TestWithParam<AssemblyKind> {};
 
 TEST_P(ConstructionExport, WritesAValidObjectFile) {
     ViewerScene scene;
-    const std::string workFolder = PLUVARINE_WORKFOLDER;
-    ASSERT_TRUE(composeAssembly(scene, workFolder, GetParam(), workFolder + "/mat/Kupfer.ini")
+    ASSERT_TRUE(composeAssembly(scene, GetParam(), PLUVARINE_WORKFOLDER "/mat/Kupfer.ini")
                     .design.modelBuilt);
     const std::string folder = std::string(PLUVARINE_BINARY_DIR) + "/exported";
     std::filesystem::create_directories(folder);

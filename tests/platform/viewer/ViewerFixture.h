@@ -1,13 +1,40 @@
 #pragma once
 
-#include "TestGlb.h"
 #include "base/RuntimeError.h"
+#include "platform/viewer/OrbitCamera.h"
 #include "platform/viewer/ViewerScene.h"
 
+#include <QPolygonF>
 #include <QTemporaryDir>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace pluvarine::test {
+
+// A test that writes its own input must not go on without it.
+inline void writeText(const std::string& path, const std::string& text) {
+    ASSERT_TRUE((std::ofstream(path, std::ios::binary) << text).flush()) << path;
+}
+
+inline std::string readBytes(const std::string& path) {
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
+}
+
+// The image area the box's eight corners cover as the camera shows them; every corner must lie
+// in the viewport.
+inline QRectF expectShown(const OrbitCamera& camera, const Box3& box, QSize viewport) {
+    QPolygonF corners;
+    for (int i = 0; i < 8; ++i) {
+        const auto end = [&](int k) { return float((i >> k & 1 ? box.max() : box.min())[k]); };
+        corners << camera.project(QVector3D(end(0), end(1), end(2)), viewport);
+    }
+    const QRectF drawn = corners.boundingRect();
+    EXPECT_TRUE(QRectF({}, QSizeF(viewport)).contains(drawn))
+        << drawn.left() << "," << drawn.top() << " to " << drawn.right() << "," << drawn.bottom();
+    return drawn;
+}
 
 // Every viewer failure is one error kind.
 template <class Step> void expectViewerError(Step step) {
@@ -19,18 +46,19 @@ template <class Step> void expectViewerError(Step step) {
     }
 }
 
-// A folder of test parts: pipe (0.1 x 0.1 x 0.5 box), clamp, auxiliary dummy, a base scene with
-// one small marker, and a material file.
+// Copies of work-folder files in a scratch folder, under short names (tests delete and break
+// them): pipe, clamp, the auxiliary dummy, a base scene with content (the cap's mesh) and the
+// copper material.
 class ViewerFixture : public ::testing::Test {
 protected:
     void SetUp() override {
-        const SurfaceLook own{"own", {0.5f, 0.5f, 0.5f}, 0.0f, 0.6f};
-        writeBoxPart(path("pipe.v3o"), 0.1, 0.1, 0.5, own);
-        writeBoxPart(path("clamp.v3o"), 0.2334, 0.12, 0.03, own);
-        writeBoxPart(path("dummy.v3o"), 1, 1, 1, own, true);
-        writeBoxPart(path("main.v3o"), 0.01, 0.01, 0.01, own);
-        writeText(path("Kupfer.ini"), "[Material]\r\nName=Kupfer\r\nBaseColor=154,108,89\r\n"
-                                      "Metallic=1\r\nRoughness=0.35\r\n");
+        for (const auto& [name, source] : {std::pair{"pipe.v3o", "res/Fallrohr_100_500.v3o"},
+                                           {"clamp.v3o", "res/Rohrschelle_100.v3o"},
+                                           {"dummy.v3o", "res/dummy.v3o"},
+                                           {"main.v3o", "res/Abdeckkappe_100_125.v3o"},
+                                           {"Kupfer.ini", "mat/Kupfer.ini"}}) {
+            std::filesystem::copy_file(std::string(PLUVARINE_WORKFOLDER "/") + source, path(name));
+        }
     }
     std::string path(const std::string& name) const {
         return m_dir.filePath(QString::fromStdString(name)).toStdString();

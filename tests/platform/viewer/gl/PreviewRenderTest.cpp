@@ -1,5 +1,5 @@
 #include "Assemblies.h"
-#include "TestGlb.h"
+#include "ViewerFixture.h"
 #include "platform/viewer/MaterialFile.h"
 #include "platform/viewer/widget/PreviewWidget.h"
 #include "platform/viewer/widget/SceneRenderer.h"
@@ -48,7 +48,7 @@ protected:
     }
 
     QImage compose(AssemblyKind kind, const std::string& material, const std::string& file) {
-        composeAssembly(m_scene, partsWorkFolder({}), kind, material);
+        composeAssembly(m_scene, kind, material);
         return grab(file);
     }
 
@@ -69,13 +69,7 @@ protected:
     }
 
     void expectWholeAssemblyInView(const QImage& image) {
-        const Box3 box = m_scene.bounds();
-        for (int i = 0; i < 8; ++i) {
-            const QPointF p = pixel(image, QVector3D(float(i & 1 ? box.max()[0] : box.min()[0]),
-                                                     float(i & 2 ? box.max()[1] : box.min()[1]),
-                                                     float(i & 4 ? box.max()[2] : box.min()[2])));
-            EXPECT_TRUE(QRectF(image.rect()).contains(p)) << p.x() << "," << p.y();
-        }
+        expectShown(m_widget.camera(), m_scene.bounds(), image.size());
         // Something is drawn near the top and the bottom of the image: the view is filled.
         int top = image.height(), bottom = 0;
         for (int y = 0; y < image.height(); ++y) {
@@ -136,7 +130,7 @@ TEST_F(Render, EachConstructionShowsWhereItPutsThePipe) {
 TEST_F(Render, MetalsLookMetallicAndPlasticDoesNot) {
     const auto spread = [&](const std::string& material) {
         const QImage image =
-            compose(AssemblyKind::Continuous, partsWorkFolder({}) + "/mat/" + material + ".ini",
+            compose(AssemblyKind::Continuous, PLUVARINE_WORKFOLDER "/mat/" + material + ".ini",
                     "continuous-" + material + ".png");
         const QPoint a = pixel(image, at(-0.14, 1300, 0.04)).toPoint();
         const QPoint b = pixel(image, at(-0.14, 1300, -0.04)).toPoint();
@@ -154,7 +148,7 @@ TEST_F(Render, MetalsLookMetallicAndPlasticDoesNot) {
 }
 
 TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
-    composeAssembly(m_scene, partsWorkFolder({}), AssemblyKind::Continuous);
+    composeAssembly(m_scene, AssemblyKind::Continuous);
     const OrbitCamera fitted = m_widget.camera();
     for (const auto& [button, to] : {std::pair{Qt::LeftButton, QPoint(240, 200)},
                                      std::pair{Qt::RightButton, QPoint(200, 260)}}) {
@@ -173,20 +167,21 @@ TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
     EXPECT_EQ(m_widget.camera().target(), fitted.target());
     EXPECT_FLOAT_EQ(m_widget.camera().distance(), fitted.distance());
     QApplication::sendEvent(&m_widget, &wheel); // the user moves away again: a rebuild refits
-    composeAssembly(m_scene, partsWorkFolder({}), AssemblyKind::Kink72);
+    composeAssembly(m_scene, AssemblyKind::Kink72);
     EXPECT_GT(m_widget.camera().distance(), fitted.distance() * 0.8f);
 }
 
-// Two signal-red boxes, one hanging in front of the wall, one standing wholly behind it, seen
-// from the front, fitted and then six wheel steps back.
+// Two signal-red pipes 0.2 m thick and 0.6 m long, one hanging in front of the wall, one
+// standing wholly behind it, seen from the front, fitted and then six wheel steps back.
 class WallRender : public Render {
 protected:
     void SetUp() override {
         Render::SetUp();
         const SurfaceLook signal{"Signal", {0.7f, 0.01f, 0.01f}, 0.0f, 0.7f};
-        const auto box = std::make_shared<MeshData>(boxMesh(0.2, 0.2, 0.6));
-        m_scene.addMesh(box, Matrix4d::translation(-0.3, 0.4, 0), signal, "front");
-        m_scene.addMesh(box, Matrix4d::translation(0.2, -0.4, 0), signal, "behind");
+        for (const auto& [x, y] : {std::pair{-0.3, 0.4}, {0.2, -0.4}}) {
+            m_scene.addFile(PLUVARINE_WORKFOLDER "/res/Fallrohr_100_500.v3o",
+                            Matrix4d::translation(x, y, 0) * Matrix4d::scaling(2, 2, 1.2), signal);
+        }
         m_view.setView({}, 1, OrbitCamera::kDefaultYaw, 10);
         m_view.fit(m_scene.bounds(), 692.0f / 464.0f);
         m_view.zoom(-6);
