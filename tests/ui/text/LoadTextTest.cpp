@@ -5,10 +5,8 @@
 #include "ui/text/StringTable.h"
 
 #include <QLocale>
-#include <QStringList>
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -20,8 +18,6 @@ namespace pluvarine {
 namespace {
 
 using namespace TextLanguage;
-using ::testing::Property;
-using ::testing::Throws;
 
 // The lists as QLocale::system().uiLanguages() gives them for LANGUAGE / LC_MESSAGES / LANG.
 TEST(TextLanguageFor, PicksTheFirstLanguageWithATable) {
@@ -38,24 +34,16 @@ TEST(TextLanguageFor, PicksTheFirstLanguageWithATable) {
         {{"ru-UA"}, Russian}, {{"sr-Latn-RS", "sr-Latn"}, EnglishUnitedStates},
         {{"C"}, EnglishUnitedStates}, {{"", "x"}, EnglishUnitedStates}, {{}, EnglishUnitedStates}};
     // clang-format on
-    for (const auto& [uiLanguages, expected] : choices) {
+    for (const auto& [uiLanguages, expected] : choices)
         EXPECT_EQ(textLanguageFor(uiLanguages), expected) << ::testing::PrintToString(uiLanguages);
-    }
 }
 
-// Every test leaves the active language as it found it.
-class ActiveLanguage : public ::testing::Test {
-protected:
-    void TearDown() override { setActiveTextLanguage(m_saved); }
-
-private:
-    int m_saved = activeTextLanguage();
-};
-
-// By identifier: the language's own table, else its base language's, else American English.
-TEST_F(ActiveLanguage, SetByIdentifierUsesTheTableOfTheLanguage) {
+// By identifier: the language's own table, else its base language's, else American English; by
+// tag: as the first choice of a list. Then the language's texts; the language is put back.
+TEST(ActiveLanguage, SetByIdentifierOrTag) {
+    const int saved = activeTextLanguage();
     // clang-format off
-    const std::tuple<int, int, const char*> cases[] = {
+    const std::tuple<int, int, const char*> byIdentifier[] = {
         {1031, German, "Pluvarine"}, {0x0C07, German, "Pluvarine"}, {0x0807, German, "Pluvarine"},
         {1033, EnglishUnitedStates, "downpipes"}, {2057, EnglishUnitedKingdom, "downpipes"},
         {0x0C09, EnglishUnitedStates, "downpipes"}, {0x0411, EnglishUnitedStates, "downpipes"},
@@ -63,26 +51,21 @@ TEST_F(ActiveLanguage, SetByIdentifierUsesTheTableOfTheLanguage) {
         {0x0819, Russian, "Водосточная труба"}, {0x101A, Croatian, "Olučne cijevi"},
         {0x241A, EnglishUnitedStates, "downpipes"}, {0, EnglishUnitedStates, "downpipes"},
         {-5, EnglishUnitedStates, "downpipes"}, {99999, EnglishUnitedStates, "downpipes"}};
-    // clang-format on
-    for (const auto& [lcid, expected, title] : cases) {
-        EXPECT_EQ(setActiveTextLanguage(lcid), expected) << lcid;
-        EXPECT_EQ(activeTextLanguage(), expected) << lcid;
-        EXPECT_EQ(LoadText(112), title) << lcid;
-    }
-}
-
-// By tag: as the first choice of a list; then the language's texts.
-TEST_F(ActiveLanguage, SetByTag) {
-    // clang-format off
-    const std::tuple<const char*, int, int, const char*> cases[] = {
+    const std::tuple<const char*, int, int, const char*> byTag[] = {
         {"de_AT", German, 8002, "Makros"}, {"en_GB", EnglishUnitedKingdom, 112, "downpipes"},
         {"ja", EnglishUnitedStates, 8002, "Macros"}, {"ru", Russian, 8001, "Справка"},
         {"hr", Croatian, 8002, "Macros"}};
     // clang-format on
-    for (const auto& [tag, expected, id, text] : cases) {
+    for (const auto& [lcid, expected, title] : byIdentifier) {
+        EXPECT_EQ(setActiveTextLanguage(lcid), expected) << lcid;
+        EXPECT_EQ(activeTextLanguage(), expected) << lcid;
+        EXPECT_EQ(LoadText(112), title) << lcid;
+    }
+    for (const auto& [tag, expected, id, text] : byTag) {
         EXPECT_EQ(setActiveTextLanguage(tag), expected) << tag;
         EXPECT_EQ(LoadText(id), text) << tag;
     }
+    setActiveTextLanguage(saved);
 }
 
 // Unless set, the language follows the user's interface languages. The ctest cases of this
@@ -90,9 +73,8 @@ TEST_F(ActiveLanguage, SetByTag) {
 // they expect in PLUVARINE_EXPECTED_TEXT_LANGUAGE; without it the test checks the rule only.
 TEST(SystemTextLanguage, FollowsTheInterfaceLanguages) {
     std::vector<std::string> uiLanguages;
-    for (const QString& language : QLocale::system().uiLanguages()) {
+    for (const QString& language : QLocale::system().uiLanguages())
         uiLanguages.push_back(language.toStdString());
-    }
     EXPECT_EQ(activeTextLanguage(), textLanguageFor(uiLanguages));
     if (const char* expected = std::getenv("PLUVARINE_EXPECTED_TEXT_LANGUAGE")) {
         EXPECT_EQ(activeTextLanguage(), std::atoi(expected));
@@ -121,9 +103,9 @@ TEST(SystemLanguage, IsTheDefaultLanguageIdentifierInLowercaseHex) {
 }
 
 TEST(GetLocaleValue, UnknownValueTypeIsAnInvalidProcedureCall) {
-    EXPECT_THAT(
-        [] { GetLocaleValue(2); },
-        Throws<RuntimeError>(Property(&RuntimeError::number, RuntimeError::InvalidProcedureCall)));
+    EXPECT_THAT([] { GetLocaleValue(2); },
+                ::testing::Throws<RuntimeError>(::testing::Property(
+                    &RuntimeError::number, RuntimeError::InvalidProcedureCall)));
 }
 
 const std::vector<int> kIds = {
@@ -137,9 +119,7 @@ const std::vector<int> kLanguages = {1033, 2057, 1031, 1036, 1045, 1049, 1050};
 // text: exactly these texts have one, a single trailing blank (Polish 1002 repeats 114).
 TEST(StringTable, EveryLanguageHasExactlyEveryId) {
     const StringTable& table = StringTable::builtIn();
-    const std::vector<int> languages = table.languages();
-    EXPECT_EQ(std::set<int>(languages.begin(), languages.end()),
-              std::set<int>(kLanguages.begin(), kLanguages.end()));
+    EXPECT_THAT(table.languages(), ::testing::UnorderedElementsAreArray(kLanguages));
     EXPECT_EQ(table.ids(), kIds);
     std::set<std::pair<int, int>> blanks;
     for (const int lcid : kLanguages) {
@@ -179,9 +159,8 @@ TEST(StringTable, TextsAreExact) {
         {1045, 1001, "Szczegóły z Tectaroa"}, {1049, 5001, "Tectaro не запускается!"},
         {1033, 5005, "Downpipe macro"}, {1031, 6001, "Höhe Fallrohr H"}};
     // clang-format on
-    for (const auto& [lcid, id, text] : samples) {
+    for (const auto& [lcid, id, text] : samples)
         EXPECT_EQ(LoadText(id, lcid), text) << lcid << "/" << id;
-    }
 }
 
 TEST(StringTable, UnknownLanguageOrIdHasNoText) {
@@ -216,9 +195,8 @@ TEST(StringTable, RefusesMalformedDocuments) {
           R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 70000}]})",
           R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 1, "1031": "x"}]})",
           R"({"languages": [{"lcid": 1033, "language": "en"}], "texts": [{"id": 1, "1033": 5}]})",
-          R"({"languages": [{"lcid": 1033, "language": "en", "textsOf": 1}]})"}) {
+          R"({"languages": [{"lcid": 1033, "language": "en", "textsOf": 1}]})"})
         EXPECT_THROW(StringTable{json}, std::runtime_error) << json;
-    }
 }
 
 } // namespace
