@@ -36,9 +36,8 @@ nlohmann::json report(const QStringList& args) {
 
 std::vector<std::string> roles(const nlohmann::json& doc) {
     std::vector<std::string> result;
-    for (const auto& part : doc["parts"]) {
+    for (const auto& part : doc["parts"])
         result.push_back(part["role"]);
-    }
     return result;
 }
 
@@ -90,39 +89,50 @@ TEST(ComposeCli, OverhangOf600With72DegreesGivesTheBendsWithThreeClamps) {
     }
 }
 
-TEST(ComposeCli, TheQuestionAndItsAnswers) {
-    const auto asked = report({"--height", "3000", "--overhang", "150"});
-    EXPECT_EQ(asked["construction"], "none");
-    EXPECT_EQ(asked["questionAsked"], true);
-    EXPECT_TRUE(asked["parts"].empty());
-
-    const auto bend = report({"--height", "3000", "--overhang", "150", "--answer", "bend"});
-    EXPECT_EQ(bend["construction"], "kink42");
-    EXPECT_EQ(bend["questionAsked"], true);
-    EXPECT_EQ(bend["parts"][0]["role"], "outlet"); // the 42-degree kink places it first
-
-    const auto straight =
-        report({"--height", "3000", "--overhang", "150", "--answer", "continuous"});
-    EXPECT_EQ(straight["construction"], "continuous");
-
-    // An answer without a question changes nothing.
-    EXPECT_EQ(report({"--height", "3000", "--answer", "bend"})["construction"], "continuous");
+// The question and its answers, and field texts that are no number, as the fields treat them.
+TEST(ComposeCli, WhatIsBuiltAndAsked) {
+    struct Case {
+        QStringList args;
+        const char* construction;
+        bool asked;
+        std::size_t parts;
+    };
+    const Case cases[] = {
+        {{"--overhang", "150"}, "none", true, 0},
+        {{"--overhang", "150", "--answer", "bend"}, "kink42", true, 9},
+        {{"--overhang", "150", "--answer", "continuous"}, "continuous", true, 7},
+        // An answer without a question changes nothing.
+        {{"--answer", "bend"}, "continuous", false, 7},
+        // Nothing built, nothing to colour: the choice is not taken.
+        {{"--overhang", "150", "--material", "zinc"}, "none", true, 0},
+        // txths empty: the standpipe height keeps its start value 0.
+        {{"--standpipe", ""}, "continuous", false, 7},
+        // txtdR "1+2": the spacing keeps 0, the construction stops at the clamp count.
+        {{"--clamp-spacing", "1+2"}, "continuous", false, 5},
+        // txtÜd not a number: nothing built, nothing asked.
+        {{"--overhang", "abc"}, "none", false, 0}};
+    std::vector<nlohmann::json> docs;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args.join(' ').toStdString());
+        docs.push_back(report(QStringList{"--height", "3000"} + c.args));
+        EXPECT_EQ(docs.back()["construction"], c.construction);
+        EXPECT_EQ(docs.back()["questionAsked"], c.asked);
+        EXPECT_EQ(docs.back()["parts"].size(), c.parts);
+    }
+    EXPECT_EQ(docs[1]["parts"][0]["role"], "outlet"); // the 42-degree kink places it first
+    EXPECT_EQ(docs[5]["clampCount"], 2);              // (3000 - 454.2) / 1800 = 1.41
+    EXPECT_EQ(docs[5]["parts"][3]["scale"][2], 0);
 }
 
 TEST(ComposeCli, MaterialIsChosenAfterTheFirstBuild) {
     QTemporaryDir dir;
     ASSERT_TRUE(dir.isValid());
-    const std::string folder = dir.path().toStdString();
+    const std::string material = dir.path().toStdString() + "/mat/Kupfer.ini";
     const auto doc =
         report({"--height", "3000", "--material", "copper", "--work-folder", dir.path() + "/"});
-    for (const auto& part : doc["parts"]) {
-        if (part["role"] != "dummy") {
-            EXPECT_EQ(part["material"], folder + "/mat/Kupfer.ini");
-        }
-    }
-    // Nothing built, nothing to colour: the choice is not taken.
-    const auto none = report({"--height", "3000", "--overhang", "150", "--material", "zinc"});
-    EXPECT_TRUE(none["parts"].empty());
+    for (const auto& part : doc["parts"]) // the dummy gets none
+        EXPECT_EQ(part["material"],
+                  part["role"] == "dummy" ? nlohmann::json() : nlohmann::json(material));
 }
 
 TEST(ComposeCli, TraceListsEveryOperationOfTheRun) {
@@ -151,38 +161,17 @@ TEST(ComposeCli, TraceListsEveryOperationOfTheRun) {
     EXPECT_EQ(calls.back()["args"][1], folder + "/mat/Alu.ini");
 }
 
-TEST(ComposeCli, AFieldTextThatIsNoNumberBehavesAsTheFieldWould) {
-    // txths empty: the standpipe height keeps its start value 0.
-    const auto doc = report({"--height", "3000", "--standpipe", ""});
-    EXPECT_EQ(doc["construction"], "continuous");
-    EXPECT_EQ(doc["clampCount"], 2); // (3000 - 454.2) / 1800 = 1.41
-    EXPECT_EQ(doc["parts"][3]["scale"][2], 0);
-    // txtdR "1+2": the spacing keeps 0, the construction stops at the clamp count.
-    const auto stopped = report({"--height", "3000", "--clamp-spacing", "1+2"});
-    EXPECT_EQ(stopped["construction"], "continuous");
-    EXPECT_EQ(stopped["parts"].size(), 5U);
-    // txtÜd not a number: nothing built, nothing asked.
-    const auto nothing = report({"--height", "3000", "--overhang", "abc"});
-    EXPECT_EQ(nothing["construction"], "none");
-    EXPECT_EQ(nothing["questionAsked"], false);
-}
-
 struct Refusal {
     const char* name;
-    std::vector<const char*> args;
+    QStringList args;
+    // readable test listings
+    friend void PrintTo(const Refusal& c, std::ostream* os) { *os << c.name; }
 };
-void PrintTo(const Refusal& c, std::ostream* os) {
-    *os << c.name;
-} // readable test listings
 
 class ComposeCliRefuses : public ::testing::TestWithParam<Refusal> {};
 
 TEST_P(ComposeCliRefuses, WithOneLineOnStandardErrorAndExitCode2) {
-    QStringList args;
-    for (const char* arg : GetParam().args) {
-        args << arg;
-    }
-    const CliRun run = compose(args);
+    const CliRun run = compose(GetParam().args);
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_EQ(run.out, "");
     ASSERT_FALSE(run.err.empty());
