@@ -4,16 +4,6 @@
 #include "platform/viewer/widget/PreviewWidget.h"
 #include "ui/CaptionButton.h"
 
-#include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QStyle>
-#include <QStyleOptionGroupBox>
 #include <functional>
 #include <ostream>
 
@@ -34,46 +24,45 @@ void PrintTo(const Language& c, std::ostream* os) {
 // The captions of a window that do not fit their controls, and those that fit only in a type
 // smaller than the window's, one "control: text" each.
 void checkCaptions(QWidget* window, QStringList& clipped, QStringList& shrunk) {
-    const auto entry = [window](const QWidget* widget, const QString& text) {
-        return window->objectName() + QLatin1Char('/') + widget->objectName() +
-               QStringLiteral(": \"") + text + QLatin1Char('"');
-    };
     for (QWidget* widget : window->findChildren<QWidget*>()) {
-        if (!widget->isVisibleTo(window))
+        const QString text = shownText(widget);
+        if (!widget->isVisibleTo(window) || text.isEmpty())
             continue;
-        if (auto* label = qobject_cast<QLabel*>(widget); label && !label->text().isEmpty()) {
+        bool fits = true;
+        bool smaller = false;
+        if (auto* label = qobject_cast<QLabel*>(widget)) {
             const QRect room = label->contentsRect();
             const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
-            const QRect needed = label->fontMetrics().boundingRect(room, flags, label->text());
-            if (needed.width() > room.width() || needed.height() > room.height())
-                clipped << entry(label, label->text());
-            else if (label->font().pixelSize() < window->font().pixelSize() &&
-                     !label->font().bold())
-                shrunk << entry(label, label->text());
+            const QRect needed = label->fontMetrics().boundingRect(room, flags, text);
+            fits = needed.width() <= room.width() && needed.height() <= room.height();
+            smaller =
+                label->font().pixelSize() < window->font().pixelSize() && !label->font().bold();
         } else if (auto* button = qobject_cast<CaptionButton*>(widget)) {
-            if (!button->captionFits())
-                clipped << entry(button, button->text());
-            else if (button->captionShrunk())
-                shrunk << entry(button, button->text());
+            fits = button->captionFits();
+            smaller = button->captionShrunk();
         } else if (auto* option = qobject_cast<QRadioButton*>(widget)) {
             const QStyle* style = option->style();
-            if (style->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
-                    style->pixelMetric(QStyle::PM_RadioButtonLabelSpacing) +
-                    option->fontMetrics().horizontalAdvance(option->text()) >
-                option->width())
-                clipped << entry(option, option->text());
+            fits = style->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
+                       style->pixelMetric(QStyle::PM_RadioButtonLabelSpacing) +
+                       option->fontMetrics().horizontalAdvance(text) <=
+                   option->width();
         } else if (auto* group = qobject_cast<QGroupBox*>(widget)) {
             QStyleOptionGroupBox styleOption;
             styleOption.initFrom(group);
-            styleOption.text = group->title();
+            styleOption.text = text;
             styleOption.subControls = QStyle::SC_GroupBoxLabel;
             styleOption.textAlignment = group->alignment();
-            if (group->style()
-                    ->subControlRect(QStyle::CC_GroupBox, &styleOption, QStyle::SC_GroupBoxLabel,
-                                     group)
-                    .right() > group->width() - 4)
-                clipped << entry(group, group->title());
+            fits = group->style()
+                       ->subControlRect(QStyle::CC_GroupBox, &styleOption, QStyle::SC_GroupBoxLabel,
+                                        group)
+                       .right() <= group->width() - 4;
         }
+        const QString entry = window->objectName() + QLatin1Char('/') + widget->objectName() +
+                              QStringLiteral(": \"") + text + QLatin1Char('"');
+        if (!fits)
+            clipped << entry;
+        else if (smaller)
+            shrunk << entry;
     }
 }
 
@@ -147,13 +136,14 @@ TEST_P(MainWindowScreens, EachConstructionInThePreview) {
     const char* names[] = {"main-continuous", "main-bends42", "main-bends72", "main-kinks"};
     double previous = -1;
     for (int i = 0; i < 4; ++i) {
+        const char* name = names[i];
         builds[i]();
-        EXPECT_TRUE(daten.design.modelBuilt) << names[i];
-        const QImage image = save(main.get(), QString::fromUtf8(names[i]));
+        EXPECT_TRUE(daten.design.modelBuilt) << name;
+        const QImage image = save(main.get(), QString::fromUtf8(name));
         ASSERT_EQ(image.size(), QSize(692, 464) * main->devicePixelRatio());
         const double share = drawnShare(image);
-        EXPECT_GT(share, 0.02) << names[i];
-        EXPECT_NE(share, previous) << names[i];
+        EXPECT_GT(share, 0.02) << name;
+        EXPECT_NE(share, previous) << name;
         previous = share;
     }
 }
@@ -175,8 +165,7 @@ TEST_P(MainWindowScreens, DialogsAndCaptions) {
     refresh("150");
     QStringList clipped;
     QStringList shrunk;
-    for (QWidget* window : {static_cast<QWidget*>(main.get()), static_cast<QWidget*>(&details),
-                            static_cast<QWidget*>(&message)})
+    for (QWidget* window : std::initializer_list<QWidget*>{main.get(), &details, &message})
         checkCaptions(window, clipped, shrunk);
     EXPECT_TRUE(clipped.isEmpty()) << clipped.join(QLatin1Char('\n')).toStdString();
     // Captions shown in a smaller type, for the record.
