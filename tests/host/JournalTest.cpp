@@ -10,13 +10,13 @@ using Json = nlohmann::ordered_json;
 
 class JournalTest : public MacroFixture {
 protected:
-    void SetUp() override {
-        journal = std::make_unique<HostJournal>(text);
-        makeMacro();
+    std::unique_ptr<HostConnection> connect() override {
+        return std::make_unique<JournalingHostConnection>(MacroFixture::connect(), journal);
     }
     void TearDown() override { macro.reset(); } // before the journal's stream
 
     std::ostringstream text;
+    HostJournal journal{text};
 };
 
 TEST_F(JournalTest, WritesCallsResultsErrorsAndEventsAsJsonLinesInOrder) {

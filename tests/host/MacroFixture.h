@@ -69,6 +69,13 @@ template <typename... Interfaces> struct Implements : Interfaces... {};
 inline std::string six(const std::array<float, 6>& s) {
     return CallLog::join(s[0], s[1], s[2], s[3], s[4], s[5]);
 }
+inline std::string readFile(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
 
 // A host connection that records every call; macro data blocks are kept in memory by id.
 // The same object plays the active building: one roof over x 0..10 m with two faces, x 0..5
@@ -77,7 +84,10 @@ inline std::string six(const std::array<float, 6>& s) {
 class FakeHost : public Implements<HostConnection, HostBuilding, HostRoofList, HostRoof,
                                    HostRoofData, HostObjectTemplate, HostElement> {
 public:
-    explicit FakeHost(CallLog& log) : m_log(log) {}
+    explicit FakeHost(CallLog& callLog) : log(callLog) {}
+    CallLog& log;
+    // Not owning: the macro owns the connection, and the building model dies with it.
+    const std::shared_ptr<FakeHost> self{this, [](FakeHost*) {}};
     std::string programFolder;
     std::string versionText = "Tectaro +2010 Pro";
     std::map<std::int32_t, std::string> macroData;
@@ -86,130 +96,98 @@ public:
     HostPicture cursor;
     std::optional<PlacementMatrix> matrix;
 
-    std::shared_ptr<HostRoofList> GetRoofList() override {
-        return m_log.reply(self(), "GetRoofList");
-    }
+    std::shared_ptr<HostRoofList> GetRoofList() override { return log.reply(self, "GetRoofList"); }
     std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t&,
                                          std::array<float, 6>& s, bool&) override {
-        return m_log.reply(x <= 10 ? self() : nullptr, "FindRoofAt", flag, x, y, six(s));
+        return log.reply(x <= 10 ? self : nullptr, "FindRoofAt", flag, x, y, six(s));
     }
-    std::shared_ptr<HostRoofData> GetRoofData() override {
-        return m_log.reply(self(), "GetRoofData");
-    }
+    std::shared_ptr<HostRoofData> GetRoofData() override { return log.reply(self, "GetRoofData"); }
     std::int32_t FindRoofFaceAt(bool flag, float x, float y, float& height, std::array<float, 6>& s,
                                 bool&) override {
-        m_log.call("FindRoofFaceAt", flag, x, y, six(s));
+        log.call("FindRoofFaceAt", flag, x, y, six(s));
         height = x <= 5 ? 3.1F : 3.5F;
         return x <= 10 ? (x <= 5 ? 0 : 1) : throw RuntimeError(RuntimeError::HostError, "no face");
     }
-    double GetRoofingThickness() override { return m_log.reply(0.05, "GetRoofingThickness"); }
-    double GetGutterWidth() override { return m_log.reply(0.1, "GetGutterWidth"); }
+    double GetRoofingThickness() override { return log.reply(0.05, "GetRoofingThickness"); }
+    double GetGutterWidth() override { return log.reply(0.1, "GetGutterWidth"); }
     double GetFaceOverhang(std::int32_t face, bool&) override {
-        return m_log.reply(face == 1 ? 0.5 : 0.3, "GetFaceOverhang", face);
+        return log.reply(face == 1 ? 0.5 : 0.3, "GetFaceOverhang", face);
     }
     double GetFacePitch(std::int32_t face) override {
-        return m_log.reply(face == 1 ? 45 : 30, "GetFacePitch", face);
+        return log.reply(face == 1 ? 45 : 30, "GetFacePitch", face);
     }
     double GetFaceDirection(std::int32_t face) override {
-        return m_log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
+        return log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
     }
     std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
-        return m_log.reply(self(), "CreateElement", parent == nullptr ? "none" : "parent", flags);
+        return log.reply(self, "CreateElement", parent == nullptr ? "none" : "parent", flags);
     }
-    void PrepareElement(bool flag) override { m_log.call("PrepareElement", flag); }
+    void PrepareElement(bool flag) override { log.call("PrepareElement", flag); }
     std::int32_t SetElementMatrix(const PlacementMatrix& m) override {
-        matrix = m_log.reply(m, "SetElementMatrix");
+        matrix = log.reply(m, "SetElementMatrix");
         return 0;
     }
-    std::int32_t CommitElement(bool flag) override { return m_log.reply(0, "CommitElement", flag); }
+    std::int32_t CommitElement(bool flag) override { return log.reply(0, "CommitElement", flag); }
 
     void setEventSink(HostEvents* eventSink) override { sink = eventSink; }
-    std::string GetProgramFolder() override {
-        return m_log.reply(programFolder, "GetProgramFolder");
-    }
+    std::string GetProgramFolder() override { return log.reply(programFolder, "GetProgramFolder"); }
     std::shared_ptr<HostBuilding> GetActiveBuilding() override {
-        return m_log.reply(self(), "GetActiveBuilding");
+        return log.reply(self, "GetActiveBuilding");
     }
-    std::string GetVersionText() override { return m_log.reply(versionText, "GetVersionText"); }
+    std::string GetVersionText() override { return log.reply(versionText, "GetVersionText"); }
     std::int32_t AddMacroButton(const HostPicture& picture, std::int32_t flags,
                                 const std::string& tooltip, std::int32_t code) override {
-        buttonPicture = m_log.reply(picture, "AddMacroButton", size(picture), flags, tooltip, code);
+        buttonPicture = log.reply(picture, "AddMacroButton", size(picture), flags, tooltip, code);
         return 7;
     }
     void RequestOneClick(const std::string& text, const HostPicture& picture,
                          std::int32_t count) override {
-        cursor = m_log.reply(picture, "RequestOneClick", "'" + text + "'", size(picture), count);
+        cursor = log.reply(picture, "RequestOneClick", "'" + text + "'", size(picture), count);
     }
-    float GetLevelAt(float x, float y) override { return m_log.reply(0.2F, "GetLevelAt", x, y); }
+    float GetLevelAt(float x, float y) override { return log.reply(0.2F, "GetLevelAt", x, y); }
     std::shared_ptr<HostObjectTemplate> LoadObjectFile(const std::string& path,
                                                        std::int32_t flags) override {
-        return m_log.reply(self(), "LoadObjectFile", path, flags);
+        return log.reply(self, "LoadObjectFile", path, flags);
     }
     bool LoadMacroData(std::int32_t dataId, const std::string& path) override {
-        m_log.call("LoadMacroData", dataId, path);
+        log.call("LoadMacroData", dataId, path);
         if (macroData.contains(dataId)) {
-            std::ofstream(path, std::ios::binary) << macroData[dataId];
+            writeFile(path, macroData[dataId]);
         }
         return macroData.contains(dataId);
     }
     std::int32_t SetMacroButtonState(std::int32_t id, std::int32_t a, std::int32_t b, bool shown,
                                      bool enabled) override {
-        return m_log.reply(1, "SetMacroButtonState", id, a, b, shown, enabled);
+        return log.reply(1, "SetMacroButtonState", id, a, b, shown, enabled);
     }
-    void ShowPrompt(const std::string& text) override { m_log.call("ShowPrompt", text); }
+    void ShowPrompt(const std::string& text) override { log.call("ShowPrompt", text); }
     void ShowProgress(const std::string& text, std::int32_t percentage) override {
-        m_log.call("ShowProgress", text, percentage);
+        log.call("ShowProgress", text, percentage);
     }
-    void EndProgress() override { m_log.call("EndProgress"); }
+    void EndProgress() override { log.call("EndProgress"); }
     bool SaveMacroData(std::int32_t dataId, const std::string& path) override {
-        m_log.call("SaveMacroData", dataId, path);
-        std::ifstream in(path, std::ios::binary);
-        macroData[dataId].assign(std::istreambuf_iterator<char>(in), {});
-        return bool(in);
+        log.call("SaveMacroData", dataId, path);
+        macroData[dataId] = readFile(path);
+        return true;
     }
     bool ConnectMacro(std::int32_t handle, const std::string& text,
                       const std::string& guid) override {
-        return m_log.reply(true, "ConnectMacro", handle, "'" + text + "'", guid);
+        return log.reply(true, "ConnectMacro", handle, "'" + text + "'", guid);
     }
 
 private:
-    // Not owning: the macro owns the connection, and the building model dies with it.
-    std::shared_ptr<FakeHost> self() {
-        return {this, [](FakeHost*) {}};
-    }
     static std::string size(const HostPicture& picture) {
         return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
     }
-    CallLog& m_log;
-};
-
-// The recording scene, whose export also writes a small object file as the viewer does (and
-// fails, as the viewer's would, into a missing folder).
-class ObjectFileScene : public RecordingScene {
-public:
-    explicit ObjectFileScene(CallLog& log) : m_log(log) {}
-    void LoadScene(const std::string& sceneFile) override {
-        m_log.call("LoadScene", sceneFile);
-        RecordingScene::LoadScene(sceneFile);
-    }
-    bool SaveScene(const std::string& path, const std::string& name,
-                   const std::string& third) override {
-        m_log.call("SaveScene", path, name, "'" + third + "'");
-        if (!(std::ofstream(path, std::ios::binary) << "object " << name)) {
-            throw RuntimeError(RuntimeError::ViewerError, "cannot write " + path);
-        }
-        return RecordingScene::SaveScene(path, name, third);
-    }
-
-private:
-    CallLog& m_log;
 };
 
 // A macro wired to the fakes, in a fresh host program folder with the installed working-folder
-// tree (obj/ and destination/, empty). The fixture itself plays the main window and the
-// program's services (message boxes, the end, help).
-class MacroFixture
-    : public Implements<::testing::Test, MainWindowView, UserMessages, ProgramControl, HelpViewer> {
+// tree (obj/ and destination/, empty). The fixture itself plays the main window, the program's
+// services (message boxes, the end, help) and the preview: the recording scene, whose export
+// also writes a small object file as the viewer does (and fails, as the viewer's would, into a
+// missing folder).
+class MacroFixture : public Implements<::testing::Test, MainWindowView, UserMessages,
+                                       ProgramControl, HelpViewer, RecordingScene> {
 protected:
     MacroFixture() {
         std::filesystem::create_directories(work / "obj");
@@ -226,17 +204,14 @@ protected:
         pendingHost = std::make_unique<FakeHost>(log);
         host = pendingHost.get();
         host->programFolder = dir.path().toStdString() + "/";
-        macro = std::make_unique<Macro>(MacroEnvironment{
-            [this]() -> std::unique_ptr<HostConnection> {
-                log.call("createConnection"); // fails like the host's object when told to
-                if (journal) {
-                    return std::make_unique<JournalingHostConnection>(std::move(pendingHost),
-                                                                      *journal);
-                }
-                return std::move(pendingHost);
-            },
-            daten, scene, [this] { log.call("rebuild"); }, *this, *this, *this, *this,
-            [this] { ++pumps; }});
+        macro = std::make_unique<Macro>(MacroEnvironment{[this] { return connect(); }, daten, *this,
+                                                         [this] { log.call("rebuild"); }, *this,
+                                                         *this, *this, *this, [this] { ++pumps; }});
+    }
+    // Creating the connection object fails like the host's when told to.
+    virtual std::unique_ptr<HostConnection> connect() {
+        log.call("createConnection");
+        return std::move(pendingHost);
     }
     // The start-up; afterwards the log starts empty.
     void start() {
@@ -271,6 +246,18 @@ protected:
     void endProgram() override { ended = log.reply(true, "endProgram"); }
     bool hasEnded() const override { return ended; }
     void HtmlHelp(const std::string& fileAndTopic) override { log.call("HtmlHelp", fileAndTopic); }
+    void LoadScene(const std::string& sceneFile) override {
+        log.call("LoadScene", sceneFile);
+        RecordingScene::LoadScene(sceneFile);
+    }
+    bool SaveScene(const std::string& path, const std::string& name,
+                   const std::string& third) override {
+        log.call("SaveScene", path, name, "'" + third + "'");
+        if (!(std::ofstream(path, std::ios::binary) << "object " << name)) {
+            throw RuntimeError(RuntimeError::ViewerError, "cannot write " + path);
+        }
+        return RecordingScene::SaveScene(path, name, third);
+    }
 
     // Gutter width, roofing thickness, pitch, direction, overhang, roof level, ground level.
     auto roof() const {
@@ -279,13 +266,6 @@ protected:
                                r.roofOverhang, r.roofLevel, r.groundLevel);
     }
     std::string objFile(const std::string& name) const { return (work / "obj" / name).string(); }
-    static std::string readFile(const std::filesystem::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    static void writeFile(const std::filesystem::path& path, const std::string& bytes) {
-        std::ofstream(path, std::ios::binary) << bytes;
-    }
 
     QTemporaryDir dir;
     std::filesystem::path work =
@@ -294,13 +274,11 @@ protected:
     std::unique_ptr<FakeHost> pendingHost;
     FakeHost* host = nullptr;
     Daten daten;
-    ObjectFileScene scene{log};
     bool russianSystem = false; // ApplyLanguage asks to skip the version check
     bool visible = false;
     bool ended = false;
     std::string overhang;
     int pumps = 0;
-    std::unique_ptr<HostJournal> journal; // when set, the connection is journaled
     std::unique_ptr<Macro> macro;
 };
 
