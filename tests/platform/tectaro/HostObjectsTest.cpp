@@ -2,9 +2,7 @@
 
 using namespace pluvarine;
 
-namespace {
-struct HostFixture : ::testing::Test, test::SampleHost {};
-} // namespace
+using HostFixture = test::ConnectedHost;
 
 // The roof data read on each side of the sample house is checked with the placement there.
 TEST(TectaroHost, TheGroundLevelIsTheBuildingsTerrain) {
@@ -46,7 +44,9 @@ TEST_F(HostFixture, WithoutAProjectOrAfterTheHostTheObjectsFailAsHostErrors) {
     connection.reset(); // no crash
 }
 
-TEST(TectaroHost, ConnectMacroAcceptsAGuidInRegistryFormOnly) {
+// Only a macro that connected with its GUID in registry form hears the host's events; a
+// connection that goes away takes its event sink with it.
+TEST(TectaroHost, OnlyAMacroConnectedWithAGuidInRegistryFormHearsEvents) {
     const char* const guids[] = {"{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}",
                                  "{1b0d6c3e-7a51-4f0b-9c7e-2d4a8e6f1b25}", // accepted; refused:
                                  "1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25",
@@ -56,7 +56,15 @@ TEST(TectaroHost, ConnectMacroAcceptsAGuidInRegistryFormOnly) {
                                  ""};
     for (std::size_t i = 0; i < std::size(guids); ++i) {
         test::SampleHost fresh;
+        fresh.connection->setEventSink(&fresh.events);
         EXPECT_EQ(fresh.connection->ConnectMacro(1, "", guids[i]), i < 2) << guids[i];
         EXPECT_EQ(fresh.host->macroConnected(), i < 2);
+        fresh.host->closeProject();
+        fresh.run();
+        fresh.connection.reset();
+        fresh.host->newProject();
+        fresh.run();
+        EXPECT_EQ(fresh.events.names,
+                  i < 2 ? std::vector<std::string>{"ProjectClosed"} : std::vector<std::string>{});
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/RuntimeError.h"
 #include "host/HostBuilding.h"
 #include "host/HostEvents.h"
 #include "host/HostRoof.h"
@@ -12,7 +11,6 @@
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {
@@ -27,27 +25,22 @@ inline void writeFile(const std::filesystem::path& path, const std::string& byte
     std::ofstream(path, std::ios::binary) << bytes;
 }
 inline std::string readFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
 }
 
 // A macro stand-in that records every event by name and runs an optional reaction for it;
 // maxDepth shows whether an event was ever raised inside another's handler.
 class RecordingEvents : public HostEvents {
 public:
-    struct Click {
-        bool valid;
-        float x, y;
-    };
     std::vector<std::string> names;
-    std::vector<Click> clicks;
+    std::vector<std::tuple<bool, float, float>> clicks; // valid, x, y
     std::vector<std::int32_t> buttonIds;
     std::function<void(const std::string& event)> reaction;
     int depth = 0, maxDepth = 0;
 
     void exe_ProgramExit() override { record("ProgramExit"); }
     void exe_GotOneClick(bool valid, float x, float y, std::int32_t) override {
-        clicks.push_back({valid, x, y});
+        clicks.emplace_back(valid, x, y);
     }
     void exe_ButtonChange(std::int32_t id, std::int32_t evnt, std::int32_t, bool pressed, bool,
                           bool) override {
@@ -113,6 +106,11 @@ struct SampleHost {
         return connection->GetActiveBuilding()->GetRoofList()->FindRoofAt(true, x, y, ignored, six,
                                                                           flag);
     }
+};
+
+// The sample host with the macro connected, for tests.
+struct ConnectedHost : ::testing::Test, SampleHost {
+    void SetUp() override { ASSERT_TRUE(connectMacro()); }
 };
 
 } // namespace pluvarine::test
