@@ -25,7 +25,7 @@ protected:
     void SetUp() override {
         ViewerFixture::SetUp();
         m_scene.LoadScene(path("main.v3o"));
-        m_pipe = current("pipe");
+        current("pipe");
         m_scene.ScaleObject(1, 1, 0.4f);
         m_scene.MoveObject(-0.3f, 0, 0.6f);
         m_scene.RotateObject(0, -1, 0, 72);
@@ -36,10 +36,6 @@ protected:
         current("dummy");
         m_scene.ScaleObject(0.0009f, 0.1f, 0.1f);
     }
-    std::ptrdiff_t fileCount() const {
-        return std::distance(std::filesystem::directory_iterator(path("")), {});
-    }
-    std::int32_t m_pipe = 0;
 };
 
 // A GLB with one node per object, that reads back as the scene it was written from.
@@ -63,7 +59,7 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
     EXPECT_EQ(nodes[2]["name"], "Rohrschelle_100 #2");
     EXPECT_EQ(nodes[1]["extras"]["pluvarine"]["id"], 1);
     EXPECT_TRUE(nodes[4]["extras"]["pluvarine"]["auxiliary"].get<bool>());
-    const auto& matrix = m_scene.object(m_pipe)->transform.columnMajor();
+    const auto& matrix = m_scene.objects()[1].transform.columnMajor();
     EXPECT_EQ(nodes[1]["matrix"].get<std::vector<double>>(),
               std::vector<double>(matrix.begin(), matrix.end()));
     // The two clamps share one mesh; the pipe's copper is a material of its own.
@@ -94,6 +90,9 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
 TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
     writeText(path(" 1.tob"), "previous");
     std::filesystem::create_directory(path("taken.tob"));
+    const auto fileCount = [&] {
+        return std::distance(std::filesystem::directory_iterator(path("")), {});
+    };
     const auto before = fileCount();
     expectViewerError([&] { m_scene.SaveScene(path("obj/ 1.tob"), "Fallrohr", ""); });
     expectViewerError([&] { m_scene.SaveScene(path("taken.tob"), "Fallrohr", ""); });

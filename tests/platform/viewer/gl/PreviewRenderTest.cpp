@@ -172,45 +172,21 @@ TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
 }
 
 // Two signal-red pipes 0.2 m thick and 0.6 m long, one hanging in front of the wall, one
-// standing wholly behind it, seen from the front, fitted and then six wheel steps back.
-class WallRender : public Render {
-protected:
-    void SetUp() override {
-        Render::SetUp();
-        const SurfaceLook signal{"Signal", {0.7f, 0.01f, 0.01f}, 0.0f, 0.7f};
-        for (const auto& [x, y] : {std::pair{-0.3, 0.4}, {0.2, -0.4}}) {
-            m_scene.addFile(PLUVARINE_WORKFOLDER "/res/Fallrohr_100_500.v3o",
-                            Matrix4d::translation(x, y, 0) * Matrix4d::scaling(2, 2, 1.2), signal);
-        }
-        m_view.setView({}, 1, OrbitCamera::kDefaultYaw, 10);
-        m_view.fit(m_scene.bounds(), 692.0f / 464.0f);
-        m_view.zoom(-6);
-        m_widget.setCamera(m_view);
+// standing wholly behind it, seen from the front, fitted and then six wheel steps back. The
+// widget resolves only where the frame is more than one flat colour: the picture is the same as
+// the whole frame resolved. The wall hides the pipe behind it. While the view moves, frames are
+// plain; once it rests, smooth again.
+TEST_F(Render, ResolvingOnlyTheDetailGivesTheWholePictureAndMovingFramesArePlain) {
+    const SurfaceLook signal{"Signal", {0.7f, 0.01f, 0.01f}, 0.0f, 0.7f};
+    for (const auto& [x, y] : {std::pair{-0.3, 0.4}, {0.2, -0.4}}) {
+        m_scene.addFile(PLUVARINE_WORKFOLDER "/res/Fallrohr_100_500.v3o",
+                        Matrix4d::translation(x, y, 0) * Matrix4d::scaling(2, 2, 1.2), signal);
     }
-
-    // Pixels along the middle row between the background and the wall's start: multisampling
-    // blends the pixels the wall's edge cuts through.
-    int blendedAtWallEdge() {
-        const QImage image = m_widget.grabFramebuffer();
-        int blended = 0;
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb c = image.pixel(x, image.height() / 2);
-            if (near(c, SceneRenderer::wallColor())) {
-                EXPECT_GT(x, 10) << "the wall starts at the image's edge";
-                return blended;
-            }
-            blended += near(c, SceneRenderer::backgroundColor()) ? 0 : 1;
-        }
-        return -1; // no wall on the middle row
-    }
-
-    OrbitCamera m_view;
-};
-
-// The widget resolves only where the frame is more than one flat colour: the picture is the
-// same as the whole frame resolved. The wall hides the box behind it. While the view moves,
-// frames are plain; once it rests, smooth again.
-TEST_F(WallRender, ResolvingOnlyTheDetailGivesTheWholePictureAndMovingFramesArePlain) {
+    OrbitCamera view;
+    view.setView({}, 1, OrbitCamera::kDefaultYaw, 10);
+    view.fit(m_scene.bounds(), 692.0f / 464.0f);
+    view.zoom(-6);
+    m_widget.setCamera(view);
     const QImage shown = grab("wall.png");
     EXPECT_EQ(signalPixels(shown, {-0.3f, 0.4f, 0}, 2), 25);
     EXPECT_EQ(signalPixels(shown, {0.2f, -0.4f, 0}, 2), 0);
@@ -224,13 +200,28 @@ TEST_F(WallRender, ResolvingOnlyTheDetailGivesTheWholePictureAndMovingFramesAreP
     QOpenGLFramebufferObject whole(size);
     SceneRenderer renderer;
     multisampled.bind();
-    renderer.render(m_scene, m_view, size);
+    renderer.render(m_scene, view, size);
     QOpenGLFramebufferObject::blitFramebuffer(&whole, &multisampled);
     const QImage expected = whole.toImage().convertToFormat(QImage::Format_RGB32);
     renderer.release();
     m_widget.doneCurrent();
     EXPECT_TRUE(shown == expected) << "the partly resolved frame differs from the whole one";
 
+    // Pixels along the middle row between the background and the wall's start: multisampling
+    // blends the pixels the wall's edge cuts through.
+    const auto blendedAtWallEdge = [&] {
+        const QImage image = m_widget.grabFramebuffer();
+        int blended = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb c = image.pixel(x, image.height() / 2);
+            if (near(c, SceneRenderer::wallColor())) {
+                EXPECT_GT(x, 10) << "the wall starts at the image's edge";
+                return blended;
+            }
+            blended += near(c, SceneRenderer::backgroundColor()) ? 0 : 1;
+        }
+        return -1; // no wall on the middle row
+    };
     QTest::mousePress(&m_widget, Qt::LeftButton, {}, {300, 100});
     QTest::mouseMove(&m_widget, {303, 100});
     ASSERT_TRUE(m_widget.moving());
