@@ -5,14 +5,14 @@
 namespace pluvarine::e2e {
 namespace {
 
-// The four sides of the sample house: where to pick, the overhang there, the wall face.
+// The four sides of the sample house: where to pick, the overhang there (mm), the plan axis
+// across the wall (0 = x, 1 = y), the exterior face's coordinate on that axis and the outside's
+// direction on it (+1 or -1).
 struct Side {
     const char* name;
-    double x, y;
-    double overhang; // mm
-    int axis;        // the plan axis across the wall: 0 = x, 1 = y
-    double face;     // the exterior face's coordinate on that axis
-    double outward;  // +1 or -1: the outside's direction on that axis
+    double x, y, overhang;
+    int axis;
+    double face, outward;
 };
 
 constexpr Side kSouth{"south", 5, -0.1, 0, 1, 0, -1};
@@ -76,22 +76,19 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
     const Json inside = state("inside");
     EXPECT_EQ(inside["messages"], Json::parse(R"(["Error! Please try again!"])"));
     EXPECT_EQ(inside["macro"]["click"], Json::parse("[0.0, 0.0]"));
-    const struct {
-        const char* state;
-        const Side& side;
-        int construction;
-    } expected[] = {{"south", kSouth, Continuous},
-                    {"eastAsked", kEast, None},
-                    {"eastContinuous", kEast, Continuous},
-                    {"east", kEast, Kink42},
-                    {"north", kNorth, Bend42},
-                    {"west", kWest, Bend72}};
-    for (const auto& e : expected) {
-        const Json macro = state(e.state)["macro"];
-        EXPECT_EQ(macro["construction"], e.construction) << e.state;
-        EXPECT_DOUBLE_EQ(macro["roof"]["roofOverhang"].get<double>(), e.side.overhang) << e.state;
-        EXPECT_EQ(macro["overhangText"], std::to_string(int(e.side.overhang))) << e.state;
-        EXPECT_TRUE(macro["mainWindowVisible"]) << e.state;
+    const std::tuple<const char*, const Side*, int> expected[] = {
+        {"south", &kSouth, Continuous},
+        {"eastAsked", &kEast, None},
+        {"eastContinuous", &kEast, Continuous},
+        {"east", &kEast, Kink42},
+        {"north", &kNorth, Bend42},
+        {"west", &kWest, Bend72}};
+    for (const auto& [name, side, construction] : expected) {
+        const Json macro = state(name)["macro"];
+        EXPECT_EQ(macro["construction"], construction) << name;
+        EXPECT_DOUBLE_EQ(macro["roof"]["roofOverhang"].get<double>(), side->overhang) << name;
+        EXPECT_EQ(macro["overhangText"], std::to_string(int(side->overhang))) << name;
+        EXPECT_TRUE(macro["mainWindowVisible"]) << name;
     }
 
     const Json end = state("end");

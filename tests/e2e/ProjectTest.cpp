@@ -45,13 +45,8 @@ TEST_F(E2e, ThreeDownpipesSurviveSaveCloseAndOpen) {
     EXPECT_TRUE(opened["host"]["button"]["enabled"]);
     EXPECT_NE(read("programfolder/Standard/Macros/Pluvarine/obj/Data.ini").find("EINTRAG= 3\r\n"),
               std::string::npos);
-    const Json before = state("inserted")["host"]["elements"];
-    ASSERT_EQ(opened["host"]["elements"].size(), 3U);
-    for (std::size_t i = 0; i < 3; ++i) {
-        for (const char* key : {"matrix", "worldMin", "worldMax"}) {
-            EXPECT_EQ(opened["host"]["elements"][i][key], before[i][key]) << i << " " << key;
-        }
-    }
+    EXPECT_EQ(opened["host"]["elements"].size(), 3U);
+    EXPECT_EQ(opened["host"]["elements"], state("inserted")["host"]["elements"]);
 }
 
 } // namespace

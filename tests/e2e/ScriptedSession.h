@@ -39,22 +39,16 @@ protected:
     }
     std::string path(const std::string& name) const { return (m_dir / name).string(); }
 
-    // Runs the program to its end; `extra` are further command-line arguments.
-    int run(const std::vector<std::string>& extra = {}) {
+    // Runs the program to its end in the session folder; `options` are further command-line
+    // options, quoted for the shell.
+    int run(const std::string& options = "") {
         std::ofstream(m_dir / "script.json") << Json{{"steps", m_steps}}.dump(1);
-        std::vector<std::string> arguments{
-            "--script",         path("script.json"),
-            "--journal",        path("journal.jsonl"),
-            "--program-folder", path("programfolder"),
-            "--building",       PLUVARINE_SOURCE_DIR "/data/sample/house.json",
-            "--help-folder",    PLUVARINE_SOURCE_DIR "/data/help",
-            "--language",       "en_US"};
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        std::string command = "timeout 120 '" PLUVARINE_GUI "'";
-        for (const std::string& argument : arguments) {
-            command += " '" + argument + "'";
-        }
-        command += " >'" + path("stdout.txt") + "' 2>'" + path("stderr.txt") + "'";
+        const std::string command =
+            "cd '" + m_dir.string() + "' && timeout 120 '" PLUVARINE_GUI "'" +
+            " --script script.json --journal journal.jsonl --program-folder \"$PWD/programfolder\""
+            " --building '" PLUVARINE_SOURCE_DIR "/data/sample/house.json'"
+            " --help-folder '" PLUVARINE_SOURCE_DIR "/data/help' --language en_US " +
+            options + " >stdout.txt 2>stderr.txt";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -65,19 +59,15 @@ protected:
         return in ? Json::parse(in) : Json::object();
     }
 
-    std::vector<Json> journal() const {
-        std::vector<Json> lines;
+    // Whether the journal holds a call of the host operation.
+    bool called(const std::string& op) const {
         std::ifstream in(m_dir / "journal.jsonl");
         for (std::string line; std::getline(in, line);) {
-            lines.push_back(Json::parse(line));
+            if (Json::parse(line).value("op", "") == op) {
+                return true;
+            }
         }
-        return lines;
-    }
-
-    bool called(const std::string& op) const {
-        const std::vector<Json> lines = journal();
-        return std::any_of(lines.begin(), lines.end(),
-                           [&](const Json& line) { return line.value("op", "") == op; });
+        return false;
     }
 
     std::string read(const std::string& name) const {

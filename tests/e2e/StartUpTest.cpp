@@ -7,7 +7,7 @@ namespace {
 
 TEST_F(E2e, AnOldHostGetsTheButtonThenTheMessageAndTheProgramEnds) {
     snapshot("never"); // the script does not start: the program has ended
-    EXPECT_EQ(run({"--version-text", "Tectaro Architektur +2004.9"}), 0);
+    EXPECT_EQ(run("--version-text 'Tectaro Architektur +2004.9'"), 0);
     EXPECT_NE(read("stderr.txt").find("message: Incompatible Tectaro version!"), std::string::npos)
         << read("stderr.txt");
     EXPECT_TRUE(called("AddMacroButton"));
@@ -18,7 +18,7 @@ TEST_F(E2e, AnOldHostGetsTheButtonThenTheMessageAndTheProgramEnds) {
 TEST_F(E2e, ARussianSystemTakesAnyHostAndWorksInTheMakrosFolder) {
     snapshot("started");
     add({{"do", "exit"}});
-    EXPECT_EQ(run({"--language", "ru_RU", "--version-text", "Tectaro"}), 0) << read("stderr.txt");
+    EXPECT_EQ(run("--language ru_RU --version-text Tectaro"), 0) << read("stderr.txt");
     EXPECT_FALSE(called("GetVersionText"));
     const Json started = state("started");
     EXPECT_TRUE(started["macro"]["hostCompatible"]);
