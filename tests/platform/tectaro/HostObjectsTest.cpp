@@ -1,6 +1,9 @@
 #include "TectaroTestSupport.h"
 
+#include <gmock/gmock.h>
+
 using namespace pluvarine;
+using testing::Property, testing::Throws;
 
 using HostFixture = test::ConnectedHost;
 
@@ -31,12 +34,8 @@ TEST_F(HostFixture, WithoutAProjectOrAfterTheHostTheObjectsFailAsHostErrors) {
     const std::shared_ptr<HostBuilding> building = connection->GetActiveBuilding();
     host->closeProject();
     run();
-    try {
-        connection->GetActiveBuilding();
-        ADD_FAILURE();
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.number(), RuntimeError::HostError);
-    }
+    EXPECT_THAT([&] { connection->GetActiveBuilding(); },
+                Throws<RuntimeError>(Property(&RuntimeError::number, RuntimeError::HostError)));
     EXPECT_THROW(connection->GetLevelAt(0, 0), RuntimeError);
     host.reset();
     EXPECT_THROW(building->GetRoofList(), RuntimeError);
