@@ -11,32 +11,27 @@ namespace pluvarine::test {
 // the main window's default fields (hs 300, dR 1800), H = 3000 and a gutter width of 150:
 //   continuous: overhang 0 (W = 90); bend42: 300 (W = 390); bend72: 500 with O72 (W = 590);
 //   kink42 / kink72: 150, answered "bend construction" (W = 240).
-enum class AssemblyKind { Continuous, Bend42, Bend72, Kink42, Kink72 };
-constexpr AssemblyKind kAllAssemblies[] = {AssemblyKind::Continuous, AssemblyKind::Bend42,
-                                           AssemblyKind::Bend72, AssemblyKind::Kink42,
-                                           AssemblyKind::Kink72};
-
-struct ConstructionFields {
+struct Assembly {
     const char* name;
     const char* overhang;
     bool o72, kink; // kink: answered "bend construction" for an overhang that allows a kink
 };
-constexpr ConstructionFields kConstructions[] = {{"continuous", "0", false, false},
-                                                 {"bend42", "300", false, false},
-                                                 {"bend72", "500", true, false},
-                                                 {"kink42", "150", false, true},
-                                                 {"kink72", "150", true, true}};
+constexpr Assembly kContinuous{"continuous", "0", false, false};
+constexpr Assembly kBend42{"bend42", "300", false, false};
+constexpr Assembly kBend72{"bend72", "500", true, false};
+constexpr Assembly kKink42{"kink42", "150", false, true};
+constexpr Assembly kKink72{"kink72", "150", true, true};
+constexpr Assembly kAllAssemblies[] = {kContinuous, kBend42, kBend72, kKink42, kKink72};
 
 // Prints the construction's name (test names, file names).
-inline void PrintTo(AssemblyKind kind, std::ostream* os) {
-    *os << kConstructions[int(kind)].name;
+inline void PrintTo(const Assembly& assembly, std::ostream* os) {
+    *os << assembly.name;
 }
 
 // Runs the rebuild into the scene; returns the design it left. `materialFile` empty: every
 // part keeps its own look.
-inline Daten composeAssembly(SceneOperations& scene, AssemblyKind kind,
+inline Daten composeAssembly(SceneOperations& scene, const Assembly& c,
                              const std::string& materialFile = {}) {
-    const ConstructionFields& c = kConstructions[int(kind)];
     Daten daten;
     daten.workFolder = PLUVARINE_WORKFOLDER;
     daten.oldObjectFile = daten.workFolder + "/obj/fallrohr.tob";

@@ -110,15 +110,15 @@ TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
 
 // Every construction's object file holds one node per drawn piece, reads back, and passes the
 // Khronos glTF validator when the tools for it are there.
-class ConstructionExport : public ::testing::TestWithParam<AssemblyKind> {};
+class ConstructionExport : public ::testing::TestWithParam<Assembly> {};
 
 TEST_P(ConstructionExport, WritesAValidObjectFile) {
     ViewerScene scene;
     ASSERT_TRUE(composeAssembly(scene, GetParam(), PLUVARINE_WORKFOLDER "/mat/Kupfer.ini")
                     .design.modelBuilt);
-    const std::string folder = std::string(PLUVARINE_BINARY_DIR) + "/exported";
-    std::filesystem::create_directories(folder);
-    const std::string file = folder + "/" + ::testing::PrintToString(GetParam()) + ".tob";
+    std::filesystem::create_directories(PLUVARINE_BINARY_DIR "/exported");
+    const std::string file =
+        PLUVARINE_BINARY_DIR "/exported/" + std::string(GetParam().name) + ".tob";
     ASSERT_TRUE(scene.SaveScene(file, "Fallrohr", ""));
     const GlbContent content = GlbReader::readFile(file);
     EXPECT_EQ(content.sceneName, "Fallrohr");
@@ -126,8 +126,8 @@ TEST_P(ConstructionExport, WritesAValidObjectFile) {
         content.items.size(),
         std::accumulate(scene.objects().begin(), scene.objects().end(), std::size_t(0),
                         [](std::size_t n, const auto& o) { return n + o.part->pieces.size(); }));
-    const std::string command = "bash '" + std::string(PLUVARINE_SOURCE_DIR) +
-                                "/tools/validator/validate.sh' '" + file + "'";
+    const std::string command =
+        "bash '" PLUVARINE_SOURCE_DIR "/tools/validator/validate.sh' '" + file + "'";
     const int status = std::system(command.c_str());
     ASSERT_TRUE(WIFEXITED(status)) << command;
     if (WEXITSTATUS(status) == 77) {

@@ -47,17 +47,13 @@ protected:
         return image;
     }
 
-    QImage compose(AssemblyKind kind, const std::string& material, const std::string& file) {
-        composeAssembly(m_scene, kind, material);
+    QImage compose(const Assembly& assembly, const std::string& material, const std::string& file) {
+        composeAssembly(m_scene, assembly, material);
         return grab(file);
     }
 
-    QPointF pixel(const QImage& image, const QVector3D& point) const {
-        return m_widget.camera().project(point, image.size());
-    }
-
     int signalPixels(const QImage& image, const QVector3D& point, int radius) const {
-        const QPoint centre = pixel(image, point).toPoint();
+        const QPoint centre = m_widget.camera().project(point, image.size()).toPoint();
         int count = 0;
         for (int dy = -radius; dy <= radius; ++dy) {
             for (int dx = -radius; dx <= radius; ++dx) {
@@ -68,20 +64,6 @@ protected:
         return count;
     }
 
-    void expectWholeAssemblyInView(const QImage& image) {
-        expectShown(m_widget.camera(), m_scene.bounds(), image.size());
-        // Something is drawn near the top and the bottom of the image: the view is filled.
-        int top = image.height(), bottom = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); x += 2) {
-                top = isSignal(image.pixel(x, y)) ? std::min(top, y) : top;
-                bottom = isSignal(image.pixel(x, y)) ? y : bottom;
-            }
-        }
-        EXPECT_LT(top, image.height() / 8);
-        EXPECT_GT(bottom, image.height() * 7 / 8);
-    }
-
     ViewerScene m_scene;
     PreviewWidget m_widget{m_scene};
 };
@@ -90,16 +72,16 @@ protected:
 // Bend72 (overhang 500 with O72, W = 590): the outlet hangs 0.54 m out, two 72-degree bends
 // bring the pipe back to the wall, down which it runs on the axis x = -0.05 m.
 const struct {
-    AssemblyKind kind;
+    Assembly assembly;
     std::vector<std::tuple<QVector3D, bool, const char*>> probes; // point, drawn there, what
 } kRenders[] = {
-    {AssemblyKind::Continuous,
+    {kContinuous,
      {{at(-0.14, 150), true, "standpipe"},
       {at(-0.14, 1300), true, "pipe, lower half"},
       {at(-0.14, 2900), true, "gutter outlet"},
       {at(-0.14, 1300, 0.5), false, "anything beside the pipe"},
       {at(-0.54, 2000), false, "anything out at the 72-degree outlet's place"}}},
-    {AssemblyKind::Bend72,
+    {kBend72,
      {{at(-0.05, 150), true, "standpipe"},
       {at(-0.05, 1000), true, "vertical pipe at the wall"},
       {at(-0.54, 2906), true, "gutter outlet out at the gutter"},
@@ -112,16 +94,27 @@ TEST_F(Render, EachConstructionShowsWhereItPutsThePipe) {
     const std::string signal = kScreenshots + "Signal.ini";
     writeText(signal, MaterialFile::format("Signal", 220, 20, 20, 0, 0.7f));
     for (const auto& r : kRenders) {
-        const std::string name = ::testing::PrintToString(r.kind);
+        const std::string name = r.assembly.name;
         SCOPED_TRACE(name);
-        compose(r.kind, "", name + ".png");
-        const QImage image = compose(r.kind, signal, name + "-check.png");
+        compose(r.assembly, "", name + ".png");
+        const QImage image = compose(r.assembly, signal, name + "-check.png");
         for (const auto& [point, drawn, what] : r.probes) {
             EXPECT_TRUE(drawn ? signalPixels(image, point, 2) >= 13
                               : signalPixels(image, point, 3) == 0)
                 << what << (drawn ? " not drawn" : " drawn");
         }
-        expectWholeAssemblyInView(image);
+        // The whole assembly is in view, and something is drawn near the top and the bottom of
+        // the image: the view is filled.
+        expectShown(m_widget.camera(), m_scene.bounds(), image.size());
+        int top = image.height(), bottom = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); x += 2) {
+                top = isSignal(image.pixel(x, y)) ? std::min(top, y) : top;
+                bottom = isSignal(image.pixel(x, y)) ? y : bottom;
+            }
+        }
+        EXPECT_LT(top, image.height() / 8);
+        EXPECT_GT(bottom, image.height() * 7 / 8);
     }
 }
 
@@ -129,11 +122,10 @@ TEST_F(Render, EachConstructionShowsWhereItPutsThePipe) {
 // range of brightness than grey plastic of about the same colour, which stays matt.
 TEST_F(Render, MetalsLookMetallicAndPlasticDoesNot) {
     const auto spread = [&](const std::string& material) {
-        const QImage image =
-            compose(AssemblyKind::Continuous, PLUVARINE_WORKFOLDER "/mat/" + material + ".ini",
-                    "continuous-" + material + ".png");
-        const QPoint a = pixel(image, at(-0.14, 1300, 0.04)).toPoint();
-        const QPoint b = pixel(image, at(-0.14, 1300, -0.04)).toPoint();
+        const QImage image = compose(kContinuous, PLUVARINE_WORKFOLDER "/mat/" + material + ".ini",
+                                     "continuous-" + material + ".png");
+        const QPoint a = m_widget.camera().project(at(-0.14, 1300, 0.04), image.size()).toPoint();
+        const QPoint b = m_widget.camera().project(at(-0.14, 1300, -0.04), image.size()).toPoint();
         int lo = 255, hi = 0;
         for (int x = std::min(a.x(), b.x()); x <= std::max(a.x(), b.x()); ++x) {
             lo = std::min(lo, qGray(image.pixel(x, a.y())));
@@ -148,7 +140,7 @@ TEST_F(Render, MetalsLookMetallicAndPlasticDoesNot) {
 }
 
 TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
-    composeAssembly(m_scene, AssemblyKind::Continuous);
+    composeAssembly(m_scene, kContinuous);
     const OrbitCamera fitted = m_widget.camera();
     for (const auto& [button, to] : {std::pair{Qt::LeftButton, QPoint(240, 200)},
                                      std::pair{Qt::RightButton, QPoint(200, 260)}}) {
@@ -167,7 +159,7 @@ TEST_F(Render, MouseOrbitsPansAndZoomsAndDoubleClickShowsEverything) {
     EXPECT_EQ(m_widget.camera().target(), fitted.target());
     EXPECT_FLOAT_EQ(m_widget.camera().distance(), fitted.distance());
     QApplication::sendEvent(&m_widget, &wheel); // the user moves away again: a rebuild refits
-    composeAssembly(m_scene, AssemblyKind::Kink72);
+    composeAssembly(m_scene, kKink72);
     EXPECT_GT(m_widget.camera().distance(), fitted.distance() * 0.8f);
 }
 

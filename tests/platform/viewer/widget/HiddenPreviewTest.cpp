@@ -14,10 +14,10 @@ TEST(Preview, HiddenItTakesRebuildsAndHoldsTheSaveDialogWhileItLives) {
     {
         PreviewWidget widget(scene);
         EXPECT_TRUE(scene.hasSaveDialog());
-        EXPECT_TRUE(composeAssembly(scene, AssemblyKind::Bend42).design.modelBuilt);
+        EXPECT_TRUE(composeAssembly(scene, kBend42).design.modelBuilt);
     }
     EXPECT_FALSE(scene.hasSaveDialog());
-    EXPECT_TRUE(composeAssembly(scene, AssemblyKind::Continuous).design.modelBuilt);
+    EXPECT_TRUE(composeAssembly(scene, kContinuous).design.modelBuilt);
 }
 
 } // namespace
