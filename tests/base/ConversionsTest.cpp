@@ -5,11 +5,11 @@
 #include <QLocale>
 #include <cfloat>
 #include <cmath>
-#include <cstdio>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <limits>
+#include <sstream>
 #include <string>
-#include <type_traits>
 
 namespace pluvarine {
 namespace {
@@ -25,14 +25,9 @@ const QLocale kGerman(QLocale::German, QLocale::Germany);
 // What a conversion gives: its text, its number to 15 significant digits, or "error N".
 template <typename F> std::string outcome(F&& convert) {
     try {
-        const auto result = convert();
-        if constexpr (std::is_arithmetic_v<decltype(result)>) {
-            char text[32];
-            std::snprintf(text, sizeof text, "%.15g", double(result));
-            return text;
-        } else {
-            return result;
-        }
+        std::ostringstream text;
+        text << std::setprecision(15) << convert();
+        return text.str();
     } catch (const RuntimeError& error) {
         return "error " + std::to_string(error.number());
     }
