@@ -96,23 +96,3 @@ TEST_F(EventsFixture, FailuresChangeNothingAndRaiseNothing) {
     run();
     EXPECT_EQ(events.names, (Names{"ProjectClosed"}));
 }
-
-TEST_F(EventsFixture, OneClickIsAnsweredOnTheWallFaceOrInvalidWithTheClickedPoint) {
-    EXPECT_FALSE(host->click({5, -0.1})); // nobody asked
-    int modeChanges = 0;
-    QObject::connect(host.get(), &TectaroHost::clickModeChanged, [&] { ++modeChanges; });
-    const QImage cursor(30, 30, QImage::Format_ARGB32);
-    connection->RequestOneClick("", HostPicture{cursor}, 1);
-    connection->ShowPrompt("Please click on the outside of the wall!");
-    EXPECT_EQ(host->prompt(), "Please click on the outside of the wall!");
-    EXPECT_TRUE(host->click({10.2, 4.5}));
-    EXPECT_TRUE(host->prompt().empty());
-    EXPECT_TRUE(events.clicks.empty()) << "the answer is queued";
-    EXPECT_FALSE(host->click({10.2, 4.5})) << "one click only";
-    connection->RequestOneClick("", HostPicture{cursor}, 1);
-    host->click({5, 0.3}); // the inner half of the wall; more points in the building's tests
-    run();
-    EXPECT_EQ(modeChanges, 4);
-    using Click = std::tuple<bool, float, float>;
-    EXPECT_EQ(events.clicks, (std::vector<Click>{{true, 10.0f, 4.5f}, {false, 5.0f, 0.3f}}));
-}

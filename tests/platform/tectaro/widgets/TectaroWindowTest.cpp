@@ -56,16 +56,27 @@ TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
     EXPECT_FALSE(action->isVisible());
 }
 
+// A requested click is answered once, after the click (queued), and ends the prompt; the point
+// is valid on the wall's exterior side and moved onto the face, else invalid as clicked.
 TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
-    leftClickAt({4, -0.15}); // without a request the click is no answer
+    EXPECT_FALSE(window->clickAt({4, -0.15})) << "nobody asked";
+    leftClickAt({4, -0.15}); // nor is a click in the plan an answer then
+    int modeChanges = 0;
+    QObject::connect(host.get(), &TectaroHost::clickModeChanged, [&] { ++modeChanges; });
     const std::tuple<QPointF, bool, QPointF> cases[] = {
         {{4, -0.15}, true, {4, 0}}, {{10.1, 2}, true, {10, 2}},    {{6, 8.2}, true, {6, 8}},
         {{-0.05, 5}, true, {0, 5}}, {{4, 0.25}, false, {4, 0.25}}, {{4, -1}, false, {4, -1}}};
-    for (const auto& c : cases) {
+    for (const auto& [click, valid, at] : cases) {
         connection->RequestOneClick("", HostPicture{picture}, 1);
-        leftClickAt(std::get<0>(c));
+        connection->ShowPrompt("Please click on the outside of the wall!");
+        EXPECT_EQ(host->prompt(), "Please click on the outside of the wall!");
+        leftClickAt(click);
+        EXPECT_TRUE(host->prompt().empty());
+        EXPECT_FALSE(window->clickAt(click)) << "one click only";
     }
+    EXPECT_TRUE(events.clicks.empty()) << "the answers are queued";
     run();
+    EXPECT_EQ(modeChanges, 2 * static_cast<int>(std::size(cases)));
     ASSERT_EQ(events.clicks.size(), std::size(cases));
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const auto& [click, valid, at] = cases[i];
@@ -74,8 +85,8 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
         // Widget pixels and back: within a pixel off the face.
         EXPECT_LT(QLineF(QPointF(x, y), at).length(), 0.05) << i;
     }
-    EXPECT_FLOAT_EQ(std::get<2>(events.clicks[0]), 0.0f); // on the face exactly
-    EXPECT_FLOAT_EQ(std::get<1>(events.clicks[1]), 10.0f);
+    EXPECT_EQ(std::get<2>(events.clicks[0]), 0.0f); // on the face exactly
+    EXPECT_EQ(std::get<1>(events.clicks[1]), 10.0f);
 }
 
 TEST_F(WindowFixture, ProjectActionsRaiseTheirEventsInOrderAndTheScreenshotShowsThePlan) {
