@@ -1,4 +1,7 @@
 #include "UiTestSupport.h"
+#include "ui/CaptionButton.h"
+#include "ui/FittedText.h"
+#include "ui/UiText.h"
 
 #include <QTimer>
 
@@ -49,70 +52,84 @@ Command1 frmMessage 192 8 89 41 QPushButton OK;Command2 frmMessage 192 64 89 41 
                                  .split(QLatin1Char(';'));
 
 // The control a row names, a direct child of the window or control given as its parent.
-QWidget* control(FrmMain& main, const QString& row) {
-    const QStringList f = row.split(QLatin1Char(' '));
+QWidget* control(FrmMain& main, const QString& parent, const QString& name) {
     for (QWidget* window :
          {(QWidget*)&main, (QWidget*)&main.frmDetails(), (QWidget*)&main.frmMessage()}) {
-        if (QWidget* parent =
-                window->objectName() == f[1] ? window : window->findChild<QWidget*>(f[1]))
-            return parent->findChild<QWidget*>(f[0], Qt::FindDirectChildrenOnly);
+        if (QWidget* found =
+                window->objectName() == parent ? window : window->findChild<QWidget*>(parent))
+            return found->findChild<QWidget*>(name, Qt::FindDirectChildrenOnly);
     }
     return nullptr;
 }
 
-TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThem) {
-    FrmDetails& details = main->frmDetails();
-    FrmMessage& message = main->frmMessage();
-    EXPECT_EQ(main->size(), QSize(692, 464));
-    EXPECT_EQ(details.size(), QSize(512, 495));
-    EXPECT_EQ(message.size(), QSize(288, 119));
-    EXPECT_EQ(main->minimumSize(), main->maximumSize());
-    for (const QString& row : controls) {
-        SCOPED_TRACE(row.toStdString());
-        const QStringList f = row.split(QLatin1Char(' '));
-        QWidget* widget = control(*main, row);
-        ASSERT_NE(widget, nullptr);
-        EXPECT_TRUE(widget->inherits(f[6].toLatin1())) << widget->metaObject()->className();
-        const QSize size(f[4].toInt() ? f[4].toInt() : widget->width(),
-                         f[5].toInt() ? f[5].toInt() : widget->height());
-        EXPECT_EQ(widget->geometry(), QRect(QPoint(f[2].toInt(), f[3].toInt()), size));
-    }
-    EXPECT_EQ(child<QLabel>(&details, "Picture1")->pixmap().size(), QSize(249, 457));
-    EXPECT_FALSE(child<QRadioButton>(&message, "OP1")->isChecked() ||
-                 child<QRadioButton>(&message, "OP2")->isChecked());
-}
-
-// Every text of a control, in every language; the titles likewise.
-TEST_F(WindowTest, EveryCaptionComesFromTheTableOfTheActiveLanguage) {
-    const std::pair<const char*, int> languages[] = {
-        {"de_DE.UTF-8", TextLanguage::German},
-        {"en_US.UTF-8", TextLanguage::EnglishUnitedStates},
-        {"en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
-        {"fr_FR.UTF-8", TextLanguage::French},
-        {"pl_PL.UTF-8", TextLanguage::Polish},
-        {"ru_RU.UTF-8", TextLanguage::Russian},
-        {"hr_HR.UTF-8", TextLanguage::Croatian}};
-    for (const auto& [locale, lcid] : languages) {
-        SCOPED_TRACE(locale);
-        LanguageScope scope(locale, lcid);
+// In every language the same layout, and every text from the table of the language.
+TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThemWithTheTextsOfTheActiveLanguage) {
+    for (const Language& language : languages) {
+        SCOPED_TRACE(language.tag);
+        LanguageScope scope(language.systemLocale, language.lcid);
         FrmMain window(daten, scene, nullptr);
         window.ApplyLanguage();
-        EXPECT_EQ(window.windowTitle().toStdString(), LoadText(112, lcid));
-        EXPECT_EQ(window.frmDetails().windowTitle().toStdString(), LoadText(1000, lcid));
+        EXPECT_EQ(window.size(), QSize(692, 464));
+        EXPECT_EQ(window.minimumSize(), window.maximumSize());
+        EXPECT_EQ(window.frmDetails().size(), QSize(512, 495));
+        EXPECT_EQ(window.frmMessage().size(), QSize(288, 119));
+        EXPECT_EQ(window.windowTitle().toStdString(), LoadText(112, language.lcid));
+        EXPECT_EQ(window.frmDetails().windowTitle().toStdString(), LoadText(1000, language.lcid));
         EXPECT_EQ(window.frmMessage().windowTitle(), QStringLiteral("Fallrohr"));
         for (const QString& row : controls) {
+            SCOPED_TRACE(row.toStdString());
+            const QStringList f = row.split(QLatin1Char(' '));
+            QWidget* widget = control(window, f[1], f[0]);
+            ASSERT_NE(widget, nullptr);
+            EXPECT_TRUE(widget->inherits(f[6].toLatin1())) << widget->metaObject()->className();
+            const QSize size(f[4].toInt() ? f[4].toInt() : widget->width(),
+                             f[5].toInt() ? f[5].toInt() : widget->height());
+            EXPECT_EQ(widget->geometry(), QRect(QPoint(f[2].toInt(), f[3].toInt()), size));
             QString text = row.section(QLatin1Char(' '), 7);
             if (text.startsWith(QLatin1Char('#')))
-                text = QString::fromStdString(LoadText(text.mid(1).toInt(), lcid));
-            const QWidget* widget = control(window, row);
-            ASSERT_NE(widget, nullptr) << row.toStdString();
-            EXPECT_EQ(shownText(widget), text == QStringLiteral("*") ? shownText(widget) : text)
-                << row.toStdString();
+                text = QString::fromStdString(LoadText(text.mid(1).toInt(), language.lcid));
+            EXPECT_EQ(shownText(widget), text == QStringLiteral("*") ? shownText(widget) : text);
         }
     }
 }
 
-TEST_F(WindowTest, InitialStatePicturesAndPlaceOfTheMainWindowAndTheInjectedPreview) {
+// The system default locale alone decides whether help is offered and the version check runs.
+TEST_F(WindowTest, SystemLocaleHidesHelpOrSkipsTheVersionCheck) {
+    const std::tuple<const char*, bool, bool> cases[] = {
+        {"hr_HR.UTF-8", false, false}, {"hr_BA.UTF-8", false, false}, {"ru_RU.UTF-8", true, true},
+        {"ru_MD.UTF-8", true, true},   {"de_DE.UTF-8", true, false},  {"sr_RS@latin", true, false}};
+    for (const auto& [locale, helpShown, skipVersionCheck] : cases) {
+        LanguageScope scope(locale, TextLanguage::EnglishUnitedStates);
+        FrmMain window(daten, scene, nullptr);
+        EXPECT_EQ(window.ApplyLanguage(), skipVersionCheck) << locale;
+        window.show();
+        EXPECT_EQ(window.findChild<QWidget*>(QStringLiteral("Command7"))->isVisible(), helpShown)
+            << locale;
+    }
+}
+
+// ApplyLanguage creates both dialogs, hidden and on top; the material list fills in the active
+// language. Nothing is built at load, so the selection applies nothing.
+TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndPlaceOfTheMainWindow) {
+    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
+    EXPECT_FALSE(main->dialogsCreated());
+    main->ApplyLanguage();
+    EXPECT_TRUE(main->dialogsCreated() && !main->isVisible());
+    for (QWidget* dialog :
+         std::initializer_list<QWidget*>{&main->frmDetails(), &main->frmMessage()})
+        EXPECT_TRUE(!dialog->isVisible() &&
+                    dialog->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    main->fillMaterialList();
+    auto* list = child<QComboBox>("cbmaterial");
+    QStringList names;
+    for (int i = 0; i < list->count(); ++i)
+        names << list->itemText(i);
+    EXPECT_EQ(names.join(QLatin1Char('|')), QStringLiteral("Kunstoff-Grau|Kupfer|Zink|Alu"));
+    EXPECT_EQ(list->currentIndex(), 0);
+    EXPECT_TRUE(daten.design.materialFile.empty() && scene.calls().empty());
+    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP1")->isChecked() ||
+                 child<QRadioButton>(&main->frmMessage(), "OP2")->isChecked());
+    EXPECT_EQ(child<QLabel>(&main->frmDetails(), "Picture1")->pixmap().size(), QSize(249, 457));
     EXPECT_TRUE(child<QRadioButton>("O42")->isChecked() &&
                 child<QComboBox>("Combo2")->isEditable());
     auto* timer = child<QTimer>("Timer1");
@@ -146,6 +163,57 @@ TEST_F(WindowTest, InitialStatePicturesAndPlaceOfTheMainWindowAndTheInjectedPrev
     main->hide();
     main->show();
     EXPECT_EQ(main->pos(), QPoint(10, 20));
+}
+
+TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
+    const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
+    const QString text = QStringLiteral("Ширина водосточного желоба");
+    const QSize room(108, 24);
+    ASSERT_FALSE(textFits(windowFont(), text, room, flags));
+    QFont fitted = fittingFont(windowFont(), text, room, flags);
+    EXPECT_TRUE(textFits(fitted, text, room, flags));
+    fitted.setPixelSize(fitted.pixelSize() + 1);
+    EXPECT_FALSE(textFits(fitted, text, room, flags));
+    EXPECT_EQ(fittingFont(windowFont(), QStringLiteral("Unbreakablewordthatisfartoolong"),
+                          QSize(20, 10), flags)
+                  .pixelSize(),
+              smallestCaptionPixelSize);
+    // A label returns to the window size for a short text.
+    QWidget window;
+    window.setFont(windowFont());
+    auto* label = new QLabel(&window);
+    label->setGeometry(0, 0, 108, 24);
+    label->setWordWrap(true);
+    setFittedText(label, QStringLiteral("Grubość pokrycia dachowego i jeszcze więcej"));
+    EXPECT_LT(label->font().pixelSize(), windowFont().pixelSize());
+    setFittedText(label, QStringLiteral("Nachylenie"));
+    EXPECT_EQ(label->font().pixelSize(), windowFont().pixelSize());
+}
+
+TEST_F(WindowTest, LongCaptionsWrapAndThePictureStandsBeside) {
+    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
+    main->ApplyLanguage();
+    auto* adopt = child<CaptionButton>(&main->frmDetails(), "Command1"); // 89 wide
+    EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
+    EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
+    EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
+    EXPECT_LE(adopt->captionRect().width(), 89);
+    auto* refresh = child<CaptionButton>("Command1");
+    const QRect beside = refresh->captionRect();
+    refresh->setIcon(QIcon());
+    EXPECT_LT(refresh->captionRect().left(), beside.left());
+    EXPECT_EQ(refresh->captionRect().size(), beside.size());
+}
+
+TEST_F(WindowTest, AClickAnywhereOnAnOptionAreaSelects) {
+    FrmMessage& message = main->frmMessage();
+    message.show();
+    auto* first = child<QRadioButton>(&message, "OP1");
+    auto* second = child<QRadioButton>(&message, "OP2");
+    QTest::mouseClick(second, Qt::LeftButton, {}, QPoint(180, 12)); // far right of a short text
+    EXPECT_TRUE(second->isChecked());
+    QTest::mouseClick(first, Qt::LeftButton, {}, QPoint(150, 3));
+    EXPECT_TRUE(first->isChecked() && !second->isChecked());
 }
 
 } // namespace

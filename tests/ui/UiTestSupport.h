@@ -20,6 +20,23 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 
 namespace pluvarine::test {
 
+// Each language with a string table: a short tag, a system locale that selects it, its table.
+struct Language {
+    const char* tag;
+    const char* systemLocale;
+    int lcid;
+};
+inline void PrintTo(const Language& language, std::ostream* out) {
+    *out << language.tag;
+}
+inline const Language languages[] = {{"de", "de_DE.UTF-8", TextLanguage::German},
+                                     {"en", "en_US.UTF-8", TextLanguage::EnglishUnitedStates},
+                                     {"gb", "en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
+                                     {"fr", "fr_FR.UTF-8", TextLanguage::French},
+                                     {"pl", "pl_PL.UTF-8", TextLanguage::Polish},
+                                     {"ru", "ru_RU.UTF-8", TextLanguage::Russian},
+                                     {"hr", "hr_HR.UTF-8", TextLanguage::Croatian}};
+
 // The system locale (LC_ALL) and the active string table for one test; both are put back (an
 // empty LC_ALL counts as none).
 class LanguageScope {

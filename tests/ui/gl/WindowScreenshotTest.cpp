@@ -5,21 +5,11 @@
 #include "ui/CaptionButton.h"
 
 #include <functional>
-#include <ostream>
 
 namespace pluvarine::test {
 namespace {
 
 const QString screenshotFolder = QStringLiteral(PLUVARINE_BINARY_DIR "/screenshots");
-
-struct Language {
-    const char* tag;
-    const char* systemLocale;
-    int lcid;
-};
-void PrintTo(const Language& c, std::ostream* os) {
-    *os << c.tag;
-} // readable test listings
 
 // The captions of a window that do not fit their controls, and those that fit only in a type
 // smaller than the window's, one "control: text" each.
@@ -88,10 +78,8 @@ protected:
     }
     void answer(const char* option) {
         FrmMessage& message = main->frmMessage();
-        QTest::mouseClick(message.findChild<QRadioButton*>(QString::fromUtf8(option)),
-                          Qt::LeftButton);
-        QTest::mouseClick(message.findChild<QPushButton*>(QStringLiteral("Command1")),
-                          Qt::LeftButton);
+        message.findChild<QRadioButton*>(QString::fromUtf8(option))->click();
+        message.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
     }
     QImage save(QWidget* window, const QString& name) {
         QTest::qWait(50);
@@ -174,14 +162,7 @@ TEST_P(MainWindowScreens, DialogsAndCaptions) {
         list.write(shrunk.join(QLatin1Char('\n')).toUtf8());
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, MainWindowScreens,
-                         ::testing::Values(Language{"de", "de_DE.UTF-8", TextLanguage::German},
-                                           Language{"en", "en_US.UTF-8",
-                                                    TextLanguage::EnglishUnitedStates},
-                                           Language{"fr", "fr_FR.UTF-8", TextLanguage::French},
-                                           Language{"pl", "pl_PL.UTF-8", TextLanguage::Polish},
-                                           Language{"ru", "ru_RU.UTF-8", TextLanguage::Russian},
-                                           Language{"hr", "hr_HR.UTF-8", TextLanguage::Croatian}),
+INSTANTIATE_TEST_SUITE_P(Languages, MainWindowScreens, ::testing::ValuesIn(languages),
                          [](const auto& language) { return std::string(language.param.tag); });
 
 TEST(HelpScreen, TheShippedPageInTheHelpWindow) {
