@@ -15,11 +15,11 @@ namespace pluvarine::test {
 
 inline constexpr const char* kWorkFolder = "/wf";
 
-inline Daten makeDaten(double H, double wallOffset, double hs, double s) {
+inline Daten makeDaten(double H, double D, double hs, double s) {
     Daten daten;
     daten.workFolder = kWorkFolder;
     daten.design.heightH = H;
-    daten.design.wallOffset = wallOffset;
+    daten.design.wallOffset = D;
     daten.design.standpipeHeight = hs;
     daten.design.clampSpacing = s;
     return daten;
@@ -28,9 +28,8 @@ inline Daten makeDaten(double H, double wallOffset, double hs, double s) {
 // Part files below res/, in placing order.
 inline std::vector<std::string> partFiles(const RecordingScene& scene) {
     std::vector<std::string> files;
-    for (const SceneObject& object : scene.objects()) {
+    for (const SceneObject& object : scene.objects())
         files.push_back(object.partFile.substr(std::string(kWorkFolder).size() + 5));
-    }
     return files;
 }
 
@@ -77,8 +76,6 @@ struct Bench {
 };
 
 // Names the instances of a parameterised test after the `name` member of the case.
-template <typename Case> std::string caseName(const ::testing::TestParamInfo<Case>& info) {
-    return info.param.name;
-}
+inline constexpr auto byName = [](const auto& info) { return std::string(info.param.name); };
 
 } // namespace pluvarine::test

@@ -1,8 +1,12 @@
 #include "assembly/Construction.h"
 
 #include "AssemblyTestSupport.h"
+#include "assembly/Neu.h"
+#include "assembly/PartPlacement.h"
 
 #include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
 #include <map>
 #include <numbers>
 #include <ostream>
@@ -11,6 +15,8 @@ namespace pluvarine::test {
 namespace {
 
 using Files = std::vector<std::string>;
+using V3 = std::array<float, 3>;
+using ::testing::Property, ::testing::Throws;
 using enum Construction;
 const std::string kOutlet = "Reinhangestutzen_100_218.v3o", kPipe = "Fallrohr_100_500.v3o",
                   kStand = "Standrohr_125_500.v3o", kCap = "Abdeckkappe_100_125.v3o";
@@ -27,13 +33,11 @@ struct Example {
     Construction construction;
     double H, D, hs, s;
     int clamps;
-    double inclinedScale; // as the examples round it; unused for the straight pipe
-    double verticalMm;    // length of the vertical pipe
-    double topClampMm;    // centre above the ground; the others follow s apart
+    // The inclined pipe's scale as the examples round it (unused for the straight pipe), the
+    // vertical pipe's length, the top clamp's centre above the ground (the others follow s apart).
+    double inclinedScale, verticalMm, topClampMm;
+    friend void PrintTo(const Example& c, std::ostream* os) { *os << c.name; }
 };
-void PrintTo(const Example& c, std::ostream* os) {
-    *os << c.name;
-} // readable test listings
 
 class Examples : public ::testing::TestWithParam<Example> {};
 
@@ -87,31 +91,31 @@ const Example kExamples[]{
     {"Kink42NoClamp", Kink42, 3000, 300, 2500, 1800, 0, 0.55019, 2563.96, kNoClamp},
     // W below a + 30: a negative inclined pipe, placed as computed
     {"Kink72SmallOffset", Kink72, 3000, 100, 300, 1800, 2, -0.067504, 2737.73, 2556.23}};
-INSTANTIATE_TEST_SUITE_P(Table, Examples, ::testing::ValuesIn(kExamples), caseName<Example>);
+INSTANTIATE_TEST_SUITE_P(Table, Examples, ::testing::ValuesIn(kExamples), byName);
 
 // A few calls bit for bit: the numbers reach the viewer rounded to single precision once.
 TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
     const auto f = [](double v) { return static_cast<float>(v); };
+    using V4 = std::array<float, 4>;
     Daten daten = makeDaten(3000, 300, 300, 1800);
     RecordingScene scene;
     buildConstruction(Continuous, daten, scene);
     const SceneObject* pipe = scene.object(daten.design.pipeId);
-    EXPECT_EQ(pipe->scale, (std::array<float, 3>{1, 1, f(2813.5 / 500)}));
-    EXPECT_EQ(pipe->position, (std::array<float, 3>{f(-0.05 - 0.3), 0, f(2813.5 / 2000 - 1.5)}));
-    EXPECT_EQ(scene.objects()[2].scale, (std::array<float, 3>{f(300.0 / 100000), 0.1F, 0.1F}));
+    EXPECT_EQ(pipe->scale, (V3{1, 1, f(2813.5 / 500)}));
+    EXPECT_EQ(pipe->position, (V3{f(-0.05 - 0.3), 0, f(2813.5 / 2000 - 1.5)}));
+    EXPECT_EQ(scene.objects()[2].scale, (V3{f(300.0 / 100000), 0.1F, 0.1F}));
     EXPECT_EQ(scene.objects()[5].position,
-              (std::array<float, 3>{f(0.1167 - 0.108 + 0.004 - 0.3), 0, f(2.5458 - 1.5)}));
+              (V3{f(0.1167 - 0.108 + 0.004 - 0.3), 0, f(2.5458 - 1.5)}));
 
     daten = makeDaten(5000, 600, 300, 1800);
     scene.LoadScene("/wf/main.v3o");
     buildConstruction(Bend72, daten, scene);
     const double L = (600 - 2 * 230.4 + 30) / 0.95;
     const SceneObject* inclined = scene.object(daten.design.offsetPipeId);
-    EXPECT_EQ(inclined->scale, (std::array<float, 3>{1, 1, f(L / 500)}));
+    EXPECT_EQ(inclined->scale, (V3{1, 1, f(L / 500)}));
     EXPECT_EQ(inclined->position,
-              (std::array<float, 3>{
-                  -0.3F, 0, f((5000 - 186.5 - 274.6 - (L * 0.309 - 95) / 2) / 1000 - 2.5)}));
-    EXPECT_EQ(inclined->rotation, (std::array<float, 4>{0, -1, 0, 72}));
+              (V3{-0.3F, 0, f((5000 - 186.5 - 274.6 - (L * 0.309 - 95) / 2) / 1000 - 2.5)}));
+    EXPECT_EQ(inclined->rotation, (V4{0, -1, 0, 72}));
     EXPECT_EQ(scene.object(daten.design.firstBendId)->scale, std::nullopt);
 
     daten = makeDaten(3000, 300, 300, 1800);
@@ -119,12 +123,11 @@ TEST(Construction, RepresentativeCallsCarryTheExactSingles) {
     buildConstruction(Kink42, daten, scene);
     inclined = scene.object(daten.design.offsetPipeId);
     const double L42 = (300 - 106 - 30) / std::cos(48 * std::numbers::pi / 180) + 30;
-    EXPECT_EQ(inclined->scale, (std::array<float, 3>{1, 1, f(L42 / 500)}));
-    EXPECT_EQ(inclined->rotation, (std::array<float, 4>{0, -1, 0, 42}));
+    EXPECT_EQ(inclined->scale, (V3{1, 1, f(L42 / 500)}));
+    EXPECT_EQ(inclined->rotation, (V4{0, -1, 0, 42}));
     const SceneObject* kink = scene.object(daten.design.secondBendId);
-    EXPECT_EQ(kink->position,
-              (std::array<float, 3>{f(-0.3 + 0.053), 0, f(3 - 0.1865 - 0.0337 + 0.01 - 1.5)}));
-    EXPECT_EQ(kink->rotation, (std::array<float, 4>{0, -1, 0, 180}));
+    EXPECT_EQ(kink->position, (V3{f(-0.3 + 0.053), 0, f(3 - 0.1865 - 0.0337 + 0.01 - 1.5)}));
+    EXPECT_EQ(kink->rotation, (V4{0, -1, 0, 180}));
 }
 
 TEST(Construction, IdsGoIntoTheRecordInEachMembersPlacingOrder) {
@@ -151,10 +154,8 @@ struct StopCase {
     Construction construction;
     double H, D, s;
     int error;
+    friend void PrintTo(const StopCase& c, std::ostream* os) { *os << c.name; }
 };
-void PrintTo(const StopCase& c, std::ostream* os) {
-    *os << c.name;
-} // readable test listings
 
 constexpr int kDivision = RuntimeError::DivisionByZero, kOverflow = RuntimeError::Overflow;
 class Stops : public ::testing::TestWithParam<StopCase> {};
@@ -167,12 +168,8 @@ TEST_P(Stops, AtTheClampCount) {
     daten.design.clampCount = 7;
     daten.design.lastClampId = 99;
     RecordingScene scene;
-    try {
-        buildConstruction(c.construction, daten, scene);
-        FAIL() << "the construction went on";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.number(), c.error);
-    }
+    EXPECT_THAT([&] { buildConstruction(c.construction, daten, scene); },
+                Throws<RuntimeError>(Property(&RuntimeError::number, c.error)));
     EXPECT_EQ(partFiles(scene), kParts.at(c.construction));
     expectPlacementProtocol(scene.calls(), false);
     EXPECT_EQ(daten.design.clampCount, 7);
@@ -190,7 +187,40 @@ const StopCase kStops[]{{"ContinuousSpacingZero", Continuous, 3000, 300, 0, kDiv
                         {"Kink42SpacingZero", Kink42, 3000, 300, 0, kDivision},
                         {"Kink72SpacingZero", Kink72, 3000, 300, 0, kDivision},
                         {"Kink72Beyond16Bits", Kink72, 100000, 300, 2, kOverflow}};
-INSTANTIATE_TEST_SUITE_P(Faults, Stops, ::testing::ValuesIn(kStops), caseName<StopCase>);
+INSTANTIATE_TEST_SUITE_P(Faults, Stops, ::testing::ValuesIn(kStops), byName);
+
+TEST(PartPlacement, ClampCountRoundsHalfToEvenAfterAddingAHalf) {
+    // span / spacing + 0.5, rounded: 1.5 -> 2, 2.5 -> 2, 3.5 -> 4, 0.5 -> 0
+    const std::tuple<double, double, int> cases[] = {
+        {1800, 1800, 2}, {3600, 1800, 2}, {5400, 1800, 4},   {0, 1800, 0},
+        {1, 1800, 1},    {-1, 1800, 0},   {-2700, 1800, -1}, {32766.5, 1, 32767}};
+    for (const auto& [span, spacing, count] : cases)
+        EXPECT_EQ(clampCountFor(span, spacing), count) << span << " / " << spacing;
+    EXPECT_THROW(clampCountFor(32767, 1), RuntimeError); // 32767.5 -> 32768
+    EXPECT_THROW(clampCountFor(1800, 0), RuntimeError);
+    EXPECT_THROW(clampCountFor(-32769.5, 1), RuntimeError);
+}
+
+TEST(PartPlacement, ANumberBeyondSinglePrecisionFailsItsCallAfterAddingThePart) {
+    Daten daten = makeDaten(0, 0, 0, 0);
+    RecordingScene scene;
+    std::int32_t id = 0;
+    EXPECT_THROW(
+        placePart(daten, scene, "q.v3o", id, {{}, {std::numeric_limits<double>::max(), 0, 0}, {}}),
+        RuntimeError);
+    EXPECT_EQ(id, 1);
+    EXPECT_EQ(std::get<std::string>(scene.calls()[0].args[0]), "/wf/res/q.v3o");
+    EXPECT_EQ(scene.calls().back().op, "CurrentObject");
+}
+
+TEST(Neu, ClearsModelBuiltBeforeLoadingTheBaseScene) {
+    Daten daten = makeDaten(0, 0, 0, 0);
+    daten.design.modelBuilt = true;
+    RecordingScene scene;
+    scene.failOperation(SceneMember::LoadScene);
+    EXPECT_THROW(Neu(daten, scene), RuntimeError);
+    EXPECT_FALSE(daten.design.modelBuilt);
+}
 
 } // namespace
 } // namespace pluvarine::test

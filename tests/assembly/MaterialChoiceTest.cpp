@@ -81,9 +81,8 @@ TEST(MaterialStep, BendIdsOfAnEarlierSceneAreSkippedWithoutFailing) {
     EXPECT_EQ(b.applied(before).size(), 3U + 4U + 2U);
     EXPECT_EQ(b.scene.calls()[before].args[0], SceneValue(oldFirstBend));
     EXPECT_EQ(b.scene.calls()[before + 1].result, SceneValue(false));
-    for (const SceneObject& object : b.scene.objects()) {
+    for (const SceneObject& object : b.scene.objects())
         EXPECT_EQ(object.material.value_or("/wf/mat/Alu.ini"), "/wf/mat/Alu.ini");
-    }
     EXPECT_TRUE(b.daten.design.viewerOk); // the last clamp's result
 }
 
