@@ -30,9 +30,7 @@ TEST_F(JournalTest, WritesCallsResultsErrorsAndEventsAsJsonLinesInOrder) {
     std::istringstream in(text.str());
     for (std::string line; std::getline(in, line);) {
         const Json& j = all.emplace_back(Json::parse(line));
-        order.push_back(j.contains("event")
-                            ? j["event"].get<std::string>()
-                            : j["object"].get<std::string>() + "." + j["op"].get<std::string>());
+        order.push_back(j.value("event", j.value("object", "") + "." + j.value("op", "")));
     }
     EXPECT_THAT(order,
                 ElementsAre("exe_GotOneClick", "exe.GetActiveBuilding", "building.GetRoofList",

@@ -120,7 +120,6 @@ TEST_F(ProjectEventsTest, ANewProjectEnablesTheButtonAndProgramExitEndsAtOnce) {
     macro->exe_NewCurrentProject();
     EXPECT_THAT(log.entries, ElementsAre(enable));
     log.entries.clear();
-    visible = true;
     macro->exe_ProgramExit();
     EXPECT_TRUE(ended);
     EXPECT_THAT(log.entries, ElementsAre("endProgram()"));
