@@ -59,17 +59,6 @@ protected:
         return in ? Json::parse(in) : Json::object();
     }
 
-    // Whether the journal holds a call of the host operation.
-    bool called(const std::string& op) const {
-        std::ifstream in(m_dir / "journal.jsonl");
-        for (std::string line; std::getline(in, line);) {
-            if (Json::parse(line).value("op", "") == op) {
-                return true;
-            }
-        }
-        return false;
-    }
-
     std::string read(const std::string& name) const {
         std::ifstream in(m_dir / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
