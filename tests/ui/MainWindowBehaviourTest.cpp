@@ -1,25 +1,25 @@
 #include "UiTestSupport.h"
-#include "assembly/MaterialChoice.h"
 #include "host/MacroCommands.h"
 
 #include <QElapsedTimer>
-#include <functional>
 
 namespace pluvarine::test {
 namespace {
 
-// Records which of the host link's buttons were pressed; cancel may act on the window.
-class RecordingCommands : public MacroCommands {
-public:
+// Records which of the host link's buttons were pressed; cancel does what the link does: overhang
+// "0" and the window hidden.
+struct RecordingCommands : MacroCommands {
+    explicit RecordingCommands(FrmMain& window) : main(window) {}
     void Command2_Click() override {
         calls.push_back("cancel");
-        onCancel();
+        main.setOverhangText("0");
+        main.hideWindow();
     }
     void Command4_Click() override { calls.push_back("insert"); }
     void Command5_Click() override { calls.push_back("pick"); }
     void Command7_Click() override { calls.push_back("help"); }
+    FrmMain& main;
     std::vector<std::string> calls;
-    std::function<void()> onCancel = [] {};
 };
 
 class MainWindowBehaviour : public WindowTest {
@@ -69,17 +69,19 @@ TEST_F(MainWindowBehaviour, AMaterialPickRecoloursEveryPartAndTheSwatchOnlyAfter
     main->Command1_Click(); // still passes the empty file name
     ASSERT_FALSE(materialsApplied().empty());
     EXPECT_EQ(materialsApplied(), std::vector<std::string>(materialsApplied().size(), ""));
-    chooseMaterial(2);
-    EXPECT_EQ(daten.design.materialFile, "/wf/mat/Zink.ini");
-    const QColor swatches[] = {{144, 144, 144}, {154, 108, 89}, {117, 117, 117}, {178, 178, 178}};
+    // Per index the swatch and the file; outlet, pipe, standpipe, cap and every clamp get it, and
+    // nothing is rebuilt.
+    const std::pair<QColor, std::string> materials[] = {{{144, 144, 144}, "/wf/mat/Grau.ini"},
+                                                        {{154, 108, 89}, "/wf/mat/Kupfer.ini"},
+                                                        {{117, 117, 117}, "/wf/mat/Zink.ini"},
+                                                        {{178, 178, 178}, "/wf/mat/Alu.ini"}};
     for (int i = 0; i < 4; ++i) {
         scene.clearCalls();
         chooseMaterial(i);
-        const std::string file = "/wf" + std::string(materialEntries()[std::size_t(i)].file);
-        EXPECT_EQ(main->swatchColor(), swatches[i]) << i;
-        // Outlet, pipe, standpipe, cap and every clamp; no rebuild.
+        EXPECT_EQ(main->swatchColor(), materials[i].first) << i;
         EXPECT_EQ(materialsApplied(),
-                  std::vector<std::string>(4 + std::size_t(daten.design.clampCount), file));
+                  std::vector<std::string>(4 + std::size_t(daten.design.clampCount),
+                                           materials[i].second));
         EXPECT_EQ(rebuilds(), 0);
     }
     scene.clearCalls();
@@ -92,29 +94,23 @@ TEST_F(MainWindowBehaviour, AMaterialPickRecoloursEveryPartAndTheSwatchOnlyAfter
     EXPECT_EQ(main->swatchColor(), QColor(154, 108, 89));
 }
 
-TEST_F(MainWindowBehaviour, SaveHandsThreeEmptyStringsToTheViewer) {
+// Save hands three empty strings to the viewer and does not look at a failure. Without a host
+// link the other buttons do nothing; cancel leaves the preview, the other fields, the material
+// and the bend option.
+TEST_F(MainWindowBehaviour, SaveGoesToTheViewerTheOtherButtonsToTheHostLinkCancelKeepsInputs) {
     main->show();
     click("Command3");
     ASSERT_EQ(scene.calls().size(), 1u);
     EXPECT_TRUE(scene.calls()[0].member == SceneMember::SaveScene &&
                 scene.calls()[0].args == std::vector<SceneValue>(3, std::string()));
-    scene.failOperation(SceneMember::SaveScene); // a failing save is not looked at
+    scene.failOperation(SceneMember::SaveScene);
     click("Command3");
     EXPECT_EQ(rebuilds(), 0);
-}
-
-// Without a host link the buttons do nothing. Cancel as the link carries it out: overhang "0",
-// the window hidden; the preview, the other fields, the material and the bend option stay.
-TEST_F(MainWindowBehaviour, HostButtonsGoToTheMacroCommandsCancelLeavesTheOtherInputs) {
-    main->show();
+    scene.clearCalls();
     for (const char* button : {"Command2", "Command4", "Command5", "Command7"})
         click(button);
     EXPECT_TRUE(main->isVisible() && scene.calls().empty());
-    RecordingCommands commands;
-    commands.onCancel = [this] {
-        main->setOverhangText("0");
-        main->hideWindow();
-    };
+    RecordingCommands commands(*main);
     main->setMacroCommands(&commands);
     main->setOverhangText("500");
     child<QLineEdit>("txths")->setText(QStringLiteral("250"));
@@ -181,6 +177,47 @@ TEST_F(MainWindowBehaviour, TheDiameterIsNeverRead) {
     }
     EXPECT_FALSE(placements[0].empty());
     EXPECT_EQ(placements[1], placements[0]);
+}
+
+TEST_F(MainWindowBehaviour, OnlyDigitsPlusAndTheEditingKeysReachTheNumericFields) {
+    QLineEdit& field = *child<QLineEdit>("txtÜd");
+    // What is typed after "12", and the text that results.
+    const std::pair<const char16_t*, const char16_t*> cases[] = {{u"aZ-,. e", u"12"},
+                                                                 {u"ü°\t\r\x1b", u"12"},
+                                                                 {u"0123456789", u"120123456789"},
+                                                                 {u"3a+b4", u"123+4"},
+                                                                 {u"-1.5,0", u"12150"}};
+    for (const auto& [typed, expected] : cases) {
+        field.setText(QStringLiteral("12"));
+        typeText(&field, QString::fromUtf16(typed));
+        EXPECT_EQ(field.text(), QString::fromUtf16(expected));
+    }
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    EXPECT_EQ(field.text(), QStringLiteral("1215"));
+    QTest::keyClick(&field, Qt::Key_Home);
+    // X11 reports a character (0x7f) for Delete; the key still works.
+    QKeyEvent del(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QStringLiteral("\x7f"));
+    QApplication::sendEvent(&field, &del);
+    EXPECT_EQ(field.text(), QStringLiteral("215"));
+    QTest::keyClick(&field, Qt::Key_Right);
+    EXPECT_EQ(field.cursorPosition(), 1);
+    // Ctrl+V types the control character 0x16, discarded like any other; pasting is not looked at.
+    QKeyEvent ctrlV(QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier, QStringLiteral("\x16"));
+    QApplication::sendEvent(&field, &ctrlV);
+    field.insert(QStringLiteral("a,-"));
+    EXPECT_EQ(field.text(), QStringLiteral("2a,-15"));
+    // Every other numeric field is filtered too; the diameter box is not.
+    for (const char* name : {"txths", "txtdR", "txtDü", "txtBd", "txtFn", "txtDe", "txtH"}) {
+        auto* other = main->findChild<QLineEdit*>(QString::fromUtf8(name));
+        other = other ? other : child<QLineEdit>(&main->frmDetails(), name);
+        other->clear();
+        typeText(other, QStringLiteral("a1,.-+2x"));
+        EXPECT_EQ(other->text(), QStringLiteral("1+2")) << name;
+    }
+    auto* combo = child<QComboBox>("Combo2");
+    combo->lineEdit()->clear();
+    typeText(combo->lineEdit(), QStringLiteral("1a"));
+    EXPECT_EQ(combo->currentText(), QStringLiteral("1a"));
 }
 
 } // namespace
