@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <set>
 #include <sstream>
 
@@ -74,10 +74,9 @@ TEST(PartFiles, AreSoundMeshesOfTheirSizesWithTheirOpenings) {
         EXPECT_EQ(model.meshes[0].primitives[0].mode, TINYGLTF_MODE_TRIANGLES);
         EXPECT_EQ(model.meshes[0].primitives[0].material, 0);
         const auto& pbr = model.materials[0].pbrMetallicRoughness;
-        for (int i = 0; i < 3; ++i) {
-            EXPECT_NEAR(pbr.baseColorFactor.at(i), 0.279, 0.001); // sRGB 144
-        }
-        EXPECT_TRUE(pbr.baseColorFactor.at(3) == 1 && pbr.metallicFactor == 0);
+        const auto grey = ::testing::DoubleNear(0.279, 0.001); // sRGB 144
+        EXPECT_THAT(pbr.baseColorFactor, ::testing::ElementsAre(grey, grey, grey, 1.0));
+        EXPECT_EQ(pbr.metallicFactor, 0);
         EXPECT_GT(pbr.roughnessFactor, 0.2);
         const auto& extras = model.asset.extras.Get("pluvarine");
         EXPECT_EQ(extras.Get("part").Get<std::string>(), spec.stem);
