@@ -11,9 +11,8 @@ using HostFixture = test::ConnectedHost;
 TEST(TectaroHost, TheGroundLevelIsTheBuildingsTerrain) {
     Building raised = *test::sampleHouse();
     raised.terrainLevel = -0.35;
-    EXPECT_FLOAT_EQ(
-        test::SampleHost(std::make_shared<const Building>(raised)).connection->GetLevelAt(5, 0),
-        -0.35f);
+    test::SampleHost sample(std::make_shared<const Building>(raised));
+    EXPECT_FLOAT_EQ(sample.connection->GetLevelAt(5, 0), -0.35f);
 }
 
 TEST_F(HostFixture, NoRoofBeyondTheOverhangAndNoFaceOrFaceNumberOutsideTheRoof) {
@@ -46,13 +45,12 @@ TEST_F(HostFixture, WithoutAProjectOrAfterTheHostTheObjectsFailAsHostErrors) {
 // Only a macro that connected with its GUID in registry form hears the host's events; a
 // connection that goes away takes its event sink with it.
 TEST(TectaroHost, OnlyAMacroConnectedWithAGuidInRegistryFormHearsEvents) {
-    const char* const guids[] = {"{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}",
-                                 "{1b0d6c3e-7a51-4f0b-9c7e-2d4a8e6f1b25}", // accepted; refused:
-                                 "1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25",
-                                 "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B2}",
-                                 "{1B0D6C3E7A514F0B9C7E2D4A8E6F1B25}",
-                                 "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1BZ5}",
-                                 ""};
+    // clang-format off
+    const char* const guids[] = { // the first two accepted, the rest refused
+        "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}", "{1b0d6c3e-7a51-4f0b-9c7e-2d4a8e6f1b25}",
+        "1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B2}",
+        "{1B0D6C3E7A514F0B9C7E2D4A8E6F1B25}", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1BZ5}", ""};
+    // clang-format on
     for (std::size_t i = 0; i < std::size(guids); ++i) {
         test::SampleHost fresh;
         fresh.connection->setEventSink(&fresh.events);
@@ -63,7 +61,6 @@ TEST(TectaroHost, OnlyAMacroConnectedWithAGuidInRegistryFormHearsEvents) {
         fresh.connection.reset();
         fresh.host->newProject();
         fresh.run();
-        EXPECT_EQ(fresh.events.names,
-                  i < 2 ? std::vector<std::string>{"ProjectClosed"} : std::vector<std::string>{});
+        EXPECT_EQ(fresh.events.names, i < 2 ? test::Names{"ProjectClosed"} : test::Names{});
     }
 }

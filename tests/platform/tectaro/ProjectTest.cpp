@@ -52,33 +52,31 @@ TEST(TectaroProject, RoundTripsBuildingElementsMatricesAndDataBlocksByteForByte)
 TEST(TectaroProject, BadProjectAndBuildingFilesAreRefusedWithTheReason) {
     TectaroProject project;
     project.building = test::sampleHouse();
-    const nlohmann::json good = project.toJson();
-    const auto pair = [](double a, double b) { return nlohmann::json::array({a, b}); };
+    using Json = nlohmann::json;
+    const Json good = project.toJson();
+    const auto pair = [](double a, double b) { return Json::array({a, b}); };
     const auto element = [](const char* object) {
-        return nlohmann::json::array(
-            {{{"name", "x"}, {"object", object}, {"matrix", nlohmann::json::array()}}});
+        return Json::array({{{"name", "x"}, {"object", object}, {"matrix", Json::array()}}});
     };
-    const std::tuple<const char*, nlohmann::json, const char*> table[] = {
-        {"/format", "tectaro-building", "format"},
-        {"/version", 7, "version"},
-        {"/elements", element("%%%"), "base64"},
-        {"/elements", element("AAAA"), "x"},
-        {"/macroData", nlohmann::json::array({{{"id", 1}, {"data", 5}}}), "macroData[0]"},
-        {"/macroData", nlohmann::json::array({{{"id", 5000000000}, {"data", ""}}}), "32-bit"},
-        {"/building/format", "other", "format"},
-        {"/building/version", 2, "version"},
-        {"/building/walls/0/height", 0, "walls[0]"},
-        {"/building/walls/0/closed", "yes", "closed"},
-        {"/building/walls/0/line", nlohmann::json::array({pair(1, 2)}), "line"},
+    // clang-format off
+    const std::tuple<const char*, Json, const char*> table[] = { // entry, bad value, the error says
+        {"/format", "tectaro-building", "format"}, {"/version", 7, "version"},
+        {"/elements", element("%%%"), "base64"}, {"/elements", element("AAAA"), "x"},
+        {"/macroData", Json::array({{{"id", 1}, {"data", 5}}}), "macroData[0]"},
+        {"/macroData", Json::array({{{"id", 5000000000}, {"data", ""}}}), "32-bit"},
+        {"/building/format", "other", "format"}, {"/building/version", 2, "version"},
+        {"/building/walls/0/height", 0, "walls[0]"}, {"/building/walls/0/closed", "yes", "closed"},
+        {"/building/walls/0/line", Json::array({pair(1, 2)}), "line"},
         {"/building/walls/0/exterior", "up", "exterior"},
         {"/building/roofs/0/faces/1/pitch", 95, "faces[1]"},
         {"/building/roofs/0/faces/1/direction", 0, "square to the eaves"},
         {"/building/roofs/0/faces/0/eaves", {pair(1, 1), pair(1, 1)}, "eaves"},
         {"/building/roofs/0/gutterWidth", "wide", "gutterWidth"},
-        {"/building/roofs/0/faces", nlohmann::json::array(), "faces"}};
+        {"/building/roofs/0/faces", Json::array(), "faces"}};
+    // clang-format on
     for (const auto& [pointer, value, mentions] : table) {
-        nlohmann::json broken = good;
-        broken[nlohmann::json::json_pointer(pointer)] = value;
+        Json broken = good;
+        broken[Json::json_pointer(pointer)] = value;
         EXPECT_THAT([&] { TectaroProject::fromJson(broken); },
                     ThrowsMessage<RuntimeError>(HasSubstr(mentions)))
             << pointer;

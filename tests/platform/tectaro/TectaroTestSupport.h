@@ -15,6 +15,8 @@
 
 namespace pluvarine::test {
 
+using Names = std::vector<std::string>;
+
 inline std::shared_ptr<const Building> sampleHouse() {
     return std::make_shared<const Building>(
         Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));

@@ -101,10 +101,9 @@ TEST_F(WindowFixture, ProjectActionsRaiseTheirEventsInOrderAndTheScreenshotShows
     ASSERT_TRUE(window->screenshot(path("plan.png")));
     window->close();
     run();
-    EXPECT_EQ(events.names,
-              (std::vector<std::string>{"SaveStart", "SaveBuilding", "ProjectClosed",
-                                        "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
-                                        "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
+    EXPECT_EQ(events.names, (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed",
+                                         "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
+                                         "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
     const QPoint wall =
         window->planView().mapTo(window.get(), window->planView().toWidget({5, 0.15}).toPoint());
     EXPECT_LT(QImage(QString::fromStdString(path("plan.png"))).pixelColor(wall).lightness(), 200);
