@@ -30,13 +30,13 @@ inline std::string readFile(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
 }
 
-// A macro stand-in that records every event by name and runs an optional reaction for it;
+// A macro stand-in that records every event by name ("Pressed <id>" for a press of a macro
+// button), and every click answer, and runs an optional reaction for each named event;
 // maxDepth shows whether an event was ever raised inside another's handler.
 class RecordingEvents : public HostEvents {
 public:
     std::vector<std::string> names;
     std::vector<std::tuple<bool, float, float>> clicks; // valid, x, y
-    std::vector<std::int32_t> buttonIds;
     std::function<void(const std::string& event)> reaction;
     int depth = 0, maxDepth = 0;
 
@@ -46,9 +46,7 @@ public:
     }
     void exe_ButtonChange(std::int32_t id, std::int32_t evnt, std::int32_t, bool pressed, bool,
                           bool) override {
-        if (evnt == 2 && pressed) {
-            buttonIds.push_back(id);
-        }
+        record(evnt == 2 && pressed ? "Pressed " + std::to_string(id) : "ButtonChange");
     }
     void exe_LoadComplete(bool) override { record("LoadComplete"); }
     void exe_LoadBuilding(std::shared_ptr<HostBuilding> b, std::int32_t) override {

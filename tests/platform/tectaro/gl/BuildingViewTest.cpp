@@ -5,8 +5,7 @@
 #include "platform/viewer/widget/SceneRenderer.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <gtest/gtest.h>
+#include <QDeadlineTimer>
 
 using namespace pluvarine;
 
@@ -18,9 +17,7 @@ TEST(BuildingView3D, ShowsTheHouse) {
     ASSERT_NE(window.view3D(), nullptr);
     PreviewWidget& preview = window.view3D()->preview();
     preview.resetView();
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < 600) {
+    for (QDeadlineTimer wait(600); !wait.hasExpired();) {
         QApplication::processEvents(QEventLoop::AllEvents, 20);
     }
     const QImage frame = preview.grabFramebuffer();

@@ -13,16 +13,16 @@ using namespace pluvarine;
 namespace {
 
 struct WindowFixture : test::ConnectedHost {
-    std::unique_ptr<TectaroWindow> window;
+    TectaroWindow window{*host};
+    const QImage picture{30, 30, QImage::Format_ARGB32};
 
     void SetUp() override {
         ConnectedHost::SetUp();
-        window = std::make_unique<TectaroWindow>(*host);
-        window->resize(800, 600);
-        window->show();
+        window.resize(800, 600);
+        window.show();
     }
     void leftClickAt(QPointF plan) {
-        PlanView& view = window->planView();
+        PlanView& view = window.planView();
         const QPointF at = view.toWidget(plan);
         for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
             QMouseEvent event(type, at, view.mapToGlobal(at), Qt::LeftButton,
@@ -33,12 +33,10 @@ struct WindowFixture : test::ConnectedHost {
     }
 };
 
-const QImage picture(30, 30, QImage::Format_ARGB32);
-
 } // namespace
 
 TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
-    QAction* action = window->findChild<QAction*>("tectaroMacroButton");
+    QAction* action = window.findChild<QAction*>("tectaroMacroButton");
     ASSERT_FALSE(action->isVisible()) << "no macro button yet";
     const std::int32_t id =
         connection->AddMacroButton(HostPicture{picture}, 0x01030204, "Downpipe macro", 4733);
@@ -49,9 +47,9 @@ TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
     action->trigger();                                                       // disabled: nothing
     connection->SetMacroButtonState(id, 1, 0, true, true);
     action->trigger();
-    EXPECT_TRUE(events.buttonIds.empty()) << "the press is queued";
+    EXPECT_TRUE(events.names.empty()) << "the press is queued";
     run();
-    EXPECT_EQ(events.buttonIds, std::vector<std::int32_t>{id});
+    EXPECT_EQ(events.names, test::Names{"Pressed " + std::to_string(id)});
     connection->SetMacroButtonState(id, 1, 0, false, true);
     EXPECT_FALSE(action->isVisible());
 }
@@ -59,7 +57,7 @@ TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
 // A requested click is answered once, after the click (queued), and ends the prompt; the point
 // is valid on the wall's exterior side and moved onto the face, else invalid as clicked.
 TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
-    EXPECT_FALSE(window->clickAt({4, -0.15})) << "nobody asked";
+    EXPECT_FALSE(window.clickAt({4, -0.15})) << "nobody asked";
     leftClickAt({4, -0.15}); // nor is a click in the plan an answer then
     int modeChanges = 0;
     QObject::connect(host.get(), &TectaroHost::clickModeChanged, [&] { ++modeChanges; });
@@ -72,7 +70,7 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
         EXPECT_EQ(host->prompt(), "Please click on the outside of the wall!");
         leftClickAt(click);
         EXPECT_TRUE(host->prompt().empty());
-        EXPECT_FALSE(window->clickAt(click)) << "one click only";
+        EXPECT_FALSE(window.clickAt(click)) << "one click only";
     }
     EXPECT_TRUE(events.clicks.empty()) << "the answers are queued";
     run();
@@ -90,21 +88,21 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
 }
 
 TEST_F(WindowFixture, ProjectActionsRaiseTheirEventsInOrderAndTheScreenshotShowsThePlan) {
-    ASSERT_TRUE(window->saveProject(path("house.tproj")));
+    ASSERT_TRUE(window.saveProject(path("house.tproj")));
     run();
-    EXPECT_TRUE(window->windowTitle().contains("house.tproj"));
-    window->closeProject();
+    EXPECT_TRUE(window.windowTitle().contains("house.tproj"));
+    window.closeProject();
     run();
-    ASSERT_TRUE(window->openProject(path("house.tproj")));
-    window->newProject();
+    ASSERT_TRUE(window.openProject(path("house.tproj")));
+    window.newProject();
     run();
-    ASSERT_TRUE(window->screenshot(path("plan.png")));
-    window->close();
+    ASSERT_TRUE(window.screenshot(path("plan.png")));
+    window.close();
     run();
     EXPECT_EQ(events.names, (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed",
                                          "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
                                          "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
     const QPoint wall =
-        window->planView().mapTo(window.get(), window->planView().toWidget({5, 0.15}).toPoint());
+        window.planView().mapTo(&window, window.planView().toWidget({5, 0.15}).toPoint());
     EXPECT_LT(QImage(QString::fromStdString(path("plan.png"))).pixelColor(wall).lightness(), 200);
 }
