@@ -90,10 +90,7 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
 TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
     writeText(path(" 1.tob"), "previous");
     std::filesystem::create_directory(path("taken.tob"));
-    const auto fileCount = [&] {
-        return std::distance(std::filesystem::directory_iterator(path("")), {});
-    };
-    const auto before = fileCount();
+    const auto before = std::distance(std::filesystem::directory_iterator(path("")), {});
     expectViewerError([&] { m_scene.SaveScene(path("obj/ 1.tob"), "Fallrohr", ""); });
     expectViewerError([&] { m_scene.SaveScene(path("taken.tob"), "Fallrohr", ""); });
     rlimit old{};
@@ -105,7 +102,7 @@ TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
     setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(readBytes(path(" 1.tob")), "previous");
-    EXPECT_EQ(fileCount(), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("")), {}), before);
 }
 
 // Every construction's object file holds one node per drawn piece, reads back, and passes the

@@ -46,8 +46,7 @@ TEST_F(Scene, ScaleMoveRotateGivesScaledCentredTurnedPiece) {
     m_scene.MoveObject(px, 0, pz);
     m_scene.RotateObject(0, -1, 0, 72.0f);
     m_scene.CommitObject(true);
-    const double c = std::cos(72 * std::numbers::pi / 180),
-                 s = std::sin(72 * std::numbers::pi / 180);
+    const double a = 72 * std::numbers::pi / 180, c = std::cos(a), s = std::sin(a);
     const double expected[3][4] = {{c, 0, -s * sz, px}, {0, 1, 0, 0}, {s, 0, c * sz, pz}};
     const Matrix4d& m = m_scene.object(id)->transform;
     for (int r = 0; r < 12; ++r) {
