@@ -81,11 +81,9 @@ TEST(ComposeCli, OverhangOf600With72DegreesGivesTheBendsWithThreeClamps) {
                                         "standpipe", "outlet", "cap", "clamp", "clamp", "clamp"}));
     EXPECT_EQ(doc["parts"][0]["file"], "Bogen_100_72_L.v3o");
     EXPECT_EQ(doc["parts"][2]["rotation"], nlohmann::json::parse("[0, -1, 0, 72]"));
-    const double expected[] = {4304.27, 2504.27, 704.27};
-    for (int i = 0; i < 3; ++i) {
-        const double mm = (doc["parts"][7 + i]["position"][2].get<double>() + 2.5) * 1000;
-        EXPECT_NEAR(mm, expected[i], 0.006);
-    }
+    const double mm[] = {4304.27, 2504.27, 704.27}; // the clamp centres above the ground
+    for (int i = 0; i < 3; ++i)
+        EXPECT_NEAR((doc["parts"][7 + i]["position"][2].get<double>() + 2.5) * 1000, mm[i], 0.006);
 }
 
 // The question and its answers, and field texts that are no number, as the fields treat them.
