@@ -14,7 +14,7 @@ protected:
         main->show();
         child<QLineEdit>("txtÜd")->setText(QStringLiteral("150"));
     }
-    QRadioButton* option(const char* name) { return child<QRadioButton>(message, name); }
+    QRadioButton* option(const char* name) { return child<QRadioButton>(name, message); }
     bool sceneHasPart(const std::string& fragment) const {
         return std::any_of(scene.objects().begin(), scene.objects().end(), [&](const auto& o) {
             return o.partFile.find(fragment) != std::string::npos;
@@ -42,7 +42,7 @@ TEST_P(Answers, AreAskedForWithoutBuildingAndRecordRebuildAndShowTheMainWindow) 
     main->Command1_Click(); // the question is asked, nothing is built
     EXPECT_TRUE(message->isVisible() && main->isEnabled()); // the main window stays usable
     EXPECT_EQ(
-        child<QLabel>(message, "lblMessage")->text(),
+        child<QLabel>("lblMessage", message)->text(),
         QStringLiteral("Do you like to choose a continous or a bended downpipe construction?"));
     EXPECT_EQ(option("OP1")->text() + "|" + option("OP2")->text(),
               QStringLiteral("continous downpipe|bend construction"));
@@ -52,7 +52,7 @@ TEST_P(Answers, AreAskedForWithoutBuildingAndRecordRebuildAndShowTheMainWindow) 
     main->hide();
     if (*a.option)
         QTest::mouseClick(option(a.option), Qt::LeftButton);
-    QTest::mouseClick(child<QPushButton>(message, a.button), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>(a.button, message), Qt::LeftButton);
     const DesignRecord& d = daten.design;
     EXPECT_EQ((std::vector<bool>{message->doNot(), d.constructionAnswered, d.modelBuilt,
                                  d.bendChosen, d.bendPartsBuilt, sceneHasPart("Knick_100_42"),
@@ -81,7 +81,7 @@ TEST_F(ChoiceDialog, OnlyCaseOneIsEvaluatedAndOptionsCanBeLeftOut) {
     message->showDialog();
     message->Message_Initiate(2, "Another question?", true, "yes", "no");
     QTest::mouseClick(option("OP1"), Qt::LeftButton);
-    QTest::mouseClick(child<QPushButton>(message, "Command1"), Qt::LeftButton);
+    QTest::mouseClick(child<QPushButton>("Command1", message), Qt::LeftButton);
     EXPECT_TRUE(!daten.design.constructionAnswered && rebuilds() == 0);
     message->showDialog();
     message->Message_Initiate(1, "Just a note", false, "a", "b");

@@ -12,12 +12,12 @@ protected:
         daten.roof = RoofData{500, 150, 35, 40, 270};
         daten.design.heightH = 5600;
     }
-    QLineEdit* field(const char* name) { return child<QLineEdit>(details, name); }
+    QLineEdit* field(const char* name) { return child<QLineEdit>(name, details); }
     QString shown() {
         QString text;
         for (const char* name : fields)
             text += field(name)->text() + QLatin1Char('|');
-        return text + child<QLabel>(details, "lblDR")->text();
+        return text + child<QLabel>("lblDR", details)->text();
     }
     // Overhang, gutter width, pitch, roofing thickness, direction, height H; the window's overhang.
     QString values() const {
@@ -41,7 +41,7 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
     EXPECT_TRUE(details->isVisible() && main->isVisible() && !details->isModal());
     EXPECT_EQ(shown(), QStringLiteral(" 500|150|35|40|5600|270"));
     field("txtBd")->setText(QStringLiteral("77"));
-    click(details, "Command2");
+    click("Command2", details);
     EXPECT_FALSE(details->isVisible());
     EXPECT_TRUE(values() == QStringLiteral("500 150 35 40 270 5600 0") && rebuilds() == 0);
     daten.roof = RoofData{0.5, 150, 22.5, 40, -90};
@@ -55,7 +55,7 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
     details->open();
     EXPECT_TRUE(details->isVisible());
     // The sketch leaves the places of its symbols free.
-    const QImage image = child<QLabel>(details, "Picture1")->pixmap().toImage();
+    const QImage image = child<QLabel>("Picture1", details)->pixmap().toImage();
     EXPECT_FALSE(image.hasAlphaChannel());
     for (const QPoint at : {QPoint(24, 232), QPoint(120, 8), QPoint(200, 232), QPoint(24, 400)}) {
         for (int d = 0; d < 14 * 12; ++d)
@@ -82,7 +82,7 @@ TEST_F(DetailsDialog, AdoptingSetsTheValuesRebuildsOnceAndHidesUnlessAFieldIsEmp
         details->open();
         for (int i = 0; i < 5; ++i)
             field(fields[i])->setText(QString::fromUtf8(typed).section(QLatin1Char('|'), i, i));
-        click(details, "Command1");
+        click("Command1", details);
         EXPECT_EQ(values(), QString::fromUtf8(expected));
         EXPECT_EQ(rebuilds(), rebuilt);
         EXPECT_EQ(daten.design.wallOffset, wallOffset);

@@ -209,7 +209,7 @@ TEST_F(MainWindowBehaviour, OnlyDigitsPlusAndTheEditingKeysReachTheNumericFields
     // Every other numeric field is filtered too; the diameter box is not.
     for (const char* name : {"txths", "txtdR", "txtDü", "txtBd", "txtFn", "txtDe", "txtH"}) {
         auto* other = main->findChild<QLineEdit*>(QString::fromUtf8(name));
-        other = other ? other : child<QLineEdit>(&main->frmDetails(), name);
+        other = other ? other : child<QLineEdit>(name, &main->frmDetails());
         other->clear();
         typeText(other, QStringLiteral("a1,.-+2x"));
         EXPECT_EQ(other->text(), QStringLiteral("1+2")) << name;

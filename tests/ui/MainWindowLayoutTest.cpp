@@ -51,17 +51,6 @@ Command1 frmMessage 192 8 89 41 QPushButton OK;Command2 frmMessage 192 64 89 41 
                                  .remove(QLatin1Char('\n'))
                                  .split(QLatin1Char(';'));
 
-// The control a row names, a direct child of the window or control given as its parent.
-QWidget* control(FrmMain& main, const QString& parent, const QString& name) {
-    for (QWidget* window :
-         {(QWidget*)&main, (QWidget*)&main.frmDetails(), (QWidget*)&main.frmMessage()}) {
-        if (QWidget* found =
-                window->objectName() == parent ? window : window->findChild<QWidget*>(parent))
-            return found->findChild<QWidget*>(name, Qt::FindDirectChildrenOnly);
-    }
-    return nullptr;
-}
-
 // In every language the same layout, and every text from the table of the language.
 TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThemWithTheTextsOfTheActiveLanguage) {
     for (const Language& language : languages) {
@@ -76,11 +65,17 @@ TEST_F(WindowTest, ControlsStandWhereTheLayoutPutsThemWithTheTextsOfTheActiveLan
         EXPECT_EQ(window.windowTitle().toStdString(), LoadText(112, language.lcid));
         EXPECT_EQ(window.frmDetails().windowTitle().toStdString(), LoadText(1000, language.lcid));
         EXPECT_EQ(window.frmMessage().windowTitle(), QStringLiteral("Fallrohr"));
+        // The windows and every control that holds others, by name; a row comes after its parent.
+        QHash<QString, QWidget*> parents{{QStringLiteral("frmMain"), &window},
+                                         {QStringLiteral("frmDetails"), &window.frmDetails()},
+                                         {QStringLiteral("frmMessage"), &window.frmMessage()}};
         for (const QString& row : controls) {
             SCOPED_TRACE(row.toStdString());
             const QStringList f = row.split(QLatin1Char(' '));
-            QWidget* widget = control(window, f[1], f[0]);
+            ASSERT_TRUE(parents.contains(f[1]));
+            QWidget* widget = parents[f[1]]->findChild<QWidget*>(f[0], Qt::FindDirectChildrenOnly);
             ASSERT_NE(widget, nullptr);
+            parents[f[0]] = widget;
             EXPECT_TRUE(widget->inherits(f[6].toLatin1())) << widget->metaObject()->className();
             const QSize size(f[4].toInt() ? f[4].toInt() : widget->width(),
                              f[5].toInt() ? f[5].toInt() : widget->height());
@@ -127,9 +122,9 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndPlaceOfTheMainWindow) 
     EXPECT_EQ(names.join(QLatin1Char('|')), QStringLiteral("Kunstoff-Grau|Kupfer|Zink|Alu"));
     EXPECT_EQ(list->currentIndex(), 0);
     EXPECT_TRUE(daten.design.materialFile.empty() && scene.calls().empty());
-    EXPECT_FALSE(child<QRadioButton>(&main->frmMessage(), "OP1")->isChecked() ||
-                 child<QRadioButton>(&main->frmMessage(), "OP2")->isChecked());
-    EXPECT_EQ(child<QLabel>(&main->frmDetails(), "Picture1")->pixmap().size(), QSize(249, 457));
+    EXPECT_FALSE(child<QRadioButton>("OP1", &main->frmMessage())->isChecked() ||
+                 child<QRadioButton>("OP2", &main->frmMessage())->isChecked());
+    EXPECT_EQ(child<QLabel>("Picture1", &main->frmDetails())->pixmap().size(), QSize(249, 457));
     EXPECT_TRUE(child<QRadioButton>("O42")->isChecked() &&
                 child<QComboBox>("Combo2")->isEditable());
     auto* timer = child<QTimer>("Timer1");
@@ -193,7 +188,7 @@ TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
 TEST_F(WindowTest, LongCaptionsWrapAndThePictureStandsBeside) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
     main->ApplyLanguage();
-    auto* adopt = child<CaptionButton>(&main->frmDetails(), "Command1"); // 89 wide
+    auto* adopt = child<CaptionButton>("Command1", &main->frmDetails()); // 89 wide
     EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
     EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
     EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
@@ -208,8 +203,8 @@ TEST_F(WindowTest, LongCaptionsWrapAndThePictureStandsBeside) {
 TEST_F(WindowTest, AClickAnywhereOnAnOptionAreaSelects) {
     FrmMessage& message = main->frmMessage();
     message.show();
-    auto* first = child<QRadioButton>(&message, "OP1");
-    auto* second = child<QRadioButton>(&message, "OP2");
+    auto* first = child<QRadioButton>("OP1", &message);
+    auto* second = child<QRadioButton>("OP2", &message);
     QTest::mouseClick(second, Qt::LeftButton, {}, QPoint(180, 12)); // far right of a short text
     EXPECT_TRUE(second->isChecked());
     QTest::mouseClick(first, Qt::LeftButton, {}, QPoint(150, 3));

@@ -39,20 +39,17 @@ inline const Language languages[] = {{"de", "de_DE.UTF-8", TextLanguage::German}
 
 // The system locale (LC_ALL) and the active string table for one test; both are put back (an
 // empty LC_ALL counts as none).
-class LanguageScope {
-public:
+struct LanguageScope {
     LanguageScope(const char* systemLocale, int textLanguage) {
         qputenv("LC_ALL", systemLocale);
         setActiveTextLanguage(textLanguage);
     }
     ~LanguageScope() {
-        qputenv("LC_ALL", m_old);
-        setActiveTextLanguage(m_oldTextLanguage);
+        qputenv("LC_ALL", oldLocale);
+        setActiveTextLanguage(oldTextLanguage);
     }
-
-private:
-    QByteArray m_old = qgetenv("LC_ALL");
-    int m_oldTextLanguage = activeTextLanguage();
+    const QByteArray oldLocale = qgetenv("LC_ALL");
+    const int oldTextLanguage = activeTextLanguage();
 };
 
 // A main window on a recording scene, without OpenGL (an empty frame is the preview).
@@ -68,16 +65,15 @@ protected:
             std::count_if(scene.calls().begin(), scene.calls().end(),
                           [](const SceneCall& c) { return c.member == SceneMember::LoadScene; }));
     }
-    template <typename T> T* child(QObject* parent, const char* name) const {
-        T* found = parent->findChild<T*>(QString::fromUtf8(name));
+    // A control of the main window, or of `parent`.
+    template <typename T> T* child(const char* name, QObject* parent = nullptr) const {
+        T* found = (parent ? parent : main.get())->findChild<T*>(QString::fromUtf8(name));
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
-    template <typename T> T* child(const char* name) const { return child<T>(main.get(), name); }
-    void click(QObject* parent, const char* name) const {
-        QTest::mouseClick(child<QAbstractButton>(parent, name), Qt::LeftButton);
+    void click(const char* name, QObject* parent = nullptr) const {
+        QTest::mouseClick(child<QAbstractButton>(name, parent), Qt::LeftButton);
     }
-    void click(const char* name) const { click(main.get(), name); }
 
     Daten daten;
     RecordingScene scene;
