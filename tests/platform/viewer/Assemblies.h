@@ -34,7 +34,6 @@ inline Daten composeAssembly(SceneOperations& scene, const Assembly& c,
                              const std::string& materialFile = {}) {
     Daten daten;
     daten.workFolder = PLUVARINE_WORKFOLDER;
-    daten.oldObjectFile = daten.workFolder + "/obj/fallrohr.tob";
     daten.design.heightH = 3000;
     daten.roof.gutterWidth = 150;
     daten.design.materialFile = materialFile;
