@@ -128,11 +128,10 @@ TEST(PlacementTest, MatrixByDirection) {
     for (const auto& [d, c, s, x, y] : table) {
         const auto m = elementPlacement({d, 4.25F, -2.5F, 150, 560, 2950});
         ASSERT_TRUE(m) << d;
-        const float expected[4][4] = {{c, s, 0, x}, {-s, c, 0, y}, {0, 0, 1, 1.735F}, {0, 0, 0, 1}};
-        for (int i = 0; i < 16; ++i) {
-            EXPECT_NEAR(m->at(i / 4, i % 4), expected[i / 4][i % 4], 1e-6) << d << ": M" << i;
-        }
-        EXPECT_EQ(m->values[12], m->at(0, 3)); // the first index varies fastest
+        // Rows (c, s, 0, x), (-s, c, 0, y), (0, 0, 1, 1.735), (0, 0, 0, 1), stored column by
+        // column: the first index varies fastest.
+        const std::array<float, 16> expected{c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, x, y, 1.735F, 1};
+        EXPECT_THAT(m->values, ::testing::Pointwise(::testing::FloatNear(1e-6F), expected)) << d;
     }
     EXPECT_FALSE(elementPlacement({-200, 4.25F, -2.5F, 150, 560, 2950}));
     EXPECT_FALSE(elementPlacement({400, 4.25F, -2.5F, 150, 560, 2950}));

@@ -31,24 +31,21 @@ struct CallLog {
     std::set<std::string> failing;
     std::set<std::string> empty;
 
-    template <typename... Values> static std::string join(const Values&... values) {
+    static std::string join(const auto&... values) {
         std::ostringstream out;
         out.precision(9);
         [[maybe_unused]] const char* separator = "";
         ((out << separator << std::boolalpha << values, separator = ", "), ...);
         return out.str();
     }
-    template <typename R = int, typename... Values>
-    R reply(R result, const std::string& op, const Values&... values) {
+    template <typename R> R reply(R result, const std::string& op, const auto&... values) {
         entries.push_back(op + "(" + join(values...) + ")");
         if (failing.contains(op)) {
             throw RuntimeError(RuntimeError::HostError, op + " failed");
         }
         return empty.contains(op) ? R{} : result;
     }
-    template <typename... Values> void call(const std::string& op, const Values&... values) {
-        reply(0, op, values...);
-    }
+    void call(const std::string& op, const auto&... values) { reply(0, op, values...); }
     // The operation names, or the entries of the given operations, in order.
     std::vector<std::string> only(const std::set<std::string>& ops = {}) const {
         std::vector<std::string> result;

@@ -10,7 +10,8 @@ class ProjectEventsTest : public MacroFixture {
 protected:
     void SetUp() override { start(); }
 
-    std::filesystem::path archive() const { return work / "destination" / "pluvarine.dat"; }
+    const std::string archive = (work / "destination" / "pluvarine.dat").string();
+    const std::string load = "LoadMacroData(548199592, " + archive + ")";
     const std::string enable = "SetMacroButtonState(7, 1, 0, true, true)";
 };
 
@@ -21,20 +22,20 @@ TEST_F(ProjectEventsTest, SavingHandsTheObjFolderToTheHostAsOneMoreDataBlock) {
     EXPECT_TRUE(log.entries.empty());
 
     macro->exe_SaveBuilding(0, nullptr); // an empty obj folder: a four-byte archive
-    EXPECT_THAT(log.entries, ElementsAre("EndProgress()",
-                                         "SaveMacroData(548199592, " + archive().string() + ")"));
+    EXPECT_THAT(log.entries,
+                ElementsAre("EndProgress()", "SaveMacroData(548199592, " + archive + ")"));
     EXPECT_EQ(host->macroData.at(Macro::MacroDataId), std::string(4, '\0'));
 
     log.entries.clear();
-    writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n");
-    writeFile(work / "obj" / " 1.tob", "first");
+    writeFile(objFile("Data.ini"), "[SEKTION]\r\nEINTRAG= 2\r\n");
+    writeFile(objFile(" 1.tob"), "first");
     macro->exe_SaveBuilding(0, nullptr);
     const std::string progress = "ShowProgress(" + LoadText(4000);
     EXPECT_THAT(log.only({"ShowProgress", "EndProgress"}),
                 ElementsAre(progress + ", 50)", progress + ", 100)", "EndProgress()"));
     EXPECT_EQ(pumps, 2); // pending events run after every file
     const std::string& block = host->macroData.at(Macro::MacroDataId);
-    EXPECT_EQ(block, readFile(archive()));
+    EXPECT_EQ(block, readFile(archive));
     EXPECT_EQ(block.size(), 4 + (2 + 6 + 4 + 5) + (2 + 8 + 4 + 23U));
 
     log.entries.clear();
@@ -44,22 +45,21 @@ TEST_F(ProjectEventsTest, SavingHandsTheObjFolderToTheHostAsOneMoreDataBlock) {
 }
 
 TEST_F(ProjectEventsTest, LoadingWithABuildingOrWithoutMacroDataLeavesObjAlone) {
-    writeFile(work / "obj" / " 1.tob", "keep me");
+    writeFile(objFile(" 1.tob"), "keep me");
     macro->exe_LoadBuilding(nullptr, 0);
     host->macroData[Macro::MacroDataId] = std::string(4, '\0');
-    macro->exe_LoadBuilding(std::shared_ptr<HostBuilding>(host, [](auto*) {}), 0);
-    EXPECT_THAT(
-        log.only({"SetMacroButtonState", "LoadMacroData", "message", "ShowProgress"}),
-        ElementsAre(enable, "LoadMacroData(548199592, " + archive().string() + ")", enable));
-    EXPECT_EQ(readFile(work / "obj" / " 1.tob"), "keep me");
+    macro->exe_LoadBuilding(host->self, 0);
+    EXPECT_THAT(log.only({"SetMacroButtonState", "LoadMacroData", "message", "ShowProgress"}),
+                ElementsAre(enable, load, enable));
+    EXPECT_EQ(readFile(objFile(" 1.tob")), "keep me");
     EXPECT_EQ(macro->objectCounter(), 1);
 }
 
 TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
     const std::string four("four\0bytes", 10);
-    writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 5\r\n");
-    writeFile(work / "obj" / " 4.tob", four);
-    writeFile(work / "obj" / " 5.tob", "");
+    writeFile(objFile("Data.ini"), "[SEKTION]\r\nEINTRAG= 5\r\n");
+    writeFile(objFile(" 4.tob"), four);
+    writeFile(objFile(" 5.tob"), "");
     macro->exe_SaveBuilding(0, nullptr);
     macro->exe_ProjectClosed();
     ASSERT_TRUE(std::filesystem::is_empty(work / "obj"));
@@ -68,10 +68,9 @@ TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
     macro->exe_LoadBuilding(nullptr, 0);
 
     EXPECT_THAT(log.only({"SetMacroButtonState", "GetProgramFolder", "LoadMacroData"}),
-                ElementsAre(enable, "GetProgramFolder()", "GetProgramFolder()",
-                            "LoadMacroData(548199592, " + archive().string() + ")"));
-    EXPECT_EQ(readFile(work / "obj" / " 4.tob"), four);
-    EXPECT_TRUE(std::filesystem::exists(work / "obj" / " 5.tob"));
+                ElementsAre(enable, "GetProgramFolder()", "GetProgramFolder()", load));
+    EXPECT_EQ(readFile(objFile(" 4.tob")), four);
+    EXPECT_TRUE(std::filesystem::exists(objFile(" 5.tob")));
     EXPECT_EQ(macro->objectCounter(), 5); // the stored number itself
     EXPECT_EQ(log.only({"ShowProgress"}).size(), 3U);
     EXPECT_FALSE(log.contains("message"));
@@ -85,7 +84,7 @@ TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
 }
 
 TEST_F(ProjectEventsTest, LoadErrorsShowTheFixedGermanTextAndLoadingGoesOn) {
-    writeFile(work / "obj" / " 3.tob", "three");
+    writeFile(objFile(" 3.tob"), "three");
     host->macroData[Macro::MacroDataId] = std::string("\x05\0\0\0", 4); // five records, none there
     log.failing = {"SetMacroButtonState"};
     macro->exe_LoadBuilding(nullptr, 0);
@@ -94,16 +93,16 @@ TEST_F(ProjectEventsTest, LoadErrorsShowTheFixedGermanTextAndLoadingGoesOn) {
         ElementsAre("message(Fehler in Funktion Main_LoadBuilding: \r1002 - "
                     "SetMacroButtonState failed\rDas Programm wird fortgesetzt.)",
                     ::testing::StartsWith("message(Fehler in Funktion Main_LoadBuilding: ")));
-    EXPECT_EQ(readFile(work / "obj" / " 3.tob"), "three"); // a damaged archive leaves obj alone
+    EXPECT_EQ(readFile(objFile(" 3.tob")), "three"); // a damaged archive leaves obj alone
     EXPECT_FALSE(ended);
 }
 
 TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProjectFiles) {
-    writeFile(work / "obj" / "Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n");
-    writeFile(work / "obj" / " 1.tob", "one");
-    writeFile(archive(), "archive");
-    std::filesystem::create_directory(work / "obj" / "sub");
-    writeFile(work / "obj" / "sub" / "inner.txt", "stays");
+    writeFile(objFile("Data.ini"), "[SEKTION]\r\nEINTRAG= 2\r\n");
+    writeFile(objFile(" 1.tob"), "one");
+    writeFile(archive, "archive");
+    std::filesystem::create_directory(objFile("sub"));
+    writeFile(objFile("sub/inner.txt"), "stays");
     daten.design.heightH = 2500;
 
     macro->exe_ProjectClosed();
@@ -111,8 +110,8 @@ TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProject
     EXPECT_THAT(log.entries, ElementsAre("SetMacroButtonState(7, 1, 0, true, false)"));
     EXPECT_TRUE(std::filesystem::is_empty(work / "destination"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(work / "obj"), {}), 1);
-    EXPECT_EQ(readFile(work / "obj" / "sub" / "inner.txt"), "stays"); // sub-folders untouched
-    EXPECT_EQ(daten.design.heightH, 2500);                            // nothing in memory reset
+    EXPECT_EQ(readFile(objFile("sub/inner.txt")), "stays"); // sub-folders untouched
+    EXPECT_EQ(daten.design.heightH, 2500);                  // nothing in memory reset
     EXPECT_EQ(macro->objectCounter(), 1);
 }
 
