@@ -19,7 +19,7 @@ TEST(SampleHouse, TheRoofIsFoundUnderTheOverhangUpToTheEavesAndNotBeyond) {
     }
 }
 
-// The overhang and direction of each side are read through the host in HostObjectsTest.
+// The overhang and direction of each side are read through the host in PlacementTest.
 TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheRoofOnce) {
     const auto house = test::sampleHouse();
     const Roof& roof = house->roofs.at(0);
@@ -36,10 +36,9 @@ TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheR
     // No gaps, no overlaps; the faces meet at the hips and the ridge.
     for (double x = -0.55; x < 10.15; x += 0.37) {
         for (double y = 0.05; y < 8.3; y += 0.29) {
-            int holders = 0;
-            for (const RoofFace& face : roof.faces) {
-                holders += face.outline.containsPoint({x, y}, Qt::OddEvenFill) ? 1 : 0;
-            }
+            const auto holders = std::ranges::count_if(roof.faces, [&](const RoofFace& face) {
+                return face.outline.containsPoint({x, y}, Qt::OddEvenFill);
+            });
             EXPECT_LE(holders, 1) << x << "," << y;
             EXPECT_GE(roof.faceAt({x, y}), 0) << x << "," << y;
         }

@@ -19,10 +19,8 @@ TEST_F(HostFixture, NoRoofBeyondTheOverhangAndNoFaceOrFaceNumberOutsideTheRoof) 
     EXPECT_FALSE(roofAt(-0.65f, 4));
     const auto roof = roofAt(-0.55f, 4);
     ASSERT_TRUE(roof);
-    float s = 0;
-    std::array<float, 6> six{};
-    bool ignored = false;
-    EXPECT_THROW(roof->FindRoofFaceAt(true, 30, 30, s, six, ignored), RuntimeError);
+    float height = 0;
+    EXPECT_THROW(roof->FindRoofFaceAt(true, 30, 30, height, six, unusedFlag), RuntimeError);
     for (std::int32_t bad : {0, 5, -1}) {
         EXPECT_THROW(roof->GetRoofData()->GetFacePitch(bad), RuntimeError) << bad;
     }

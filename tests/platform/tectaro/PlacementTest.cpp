@@ -5,7 +5,6 @@
 #include "host/ElementPlacement.h"
 #include "host/HostElement.h"
 #include "host/HostObjectTemplate.h"
-#include "platform/tectaro/TectaroElement.h"
 #include "platform/viewer/ViewerScene.h"
 
 #include <numbers>
@@ -51,10 +50,8 @@ protected:
         ASSERT_TRUE(roof);
         const auto data = roof->GetRoofData();
         float s = 0;
-        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
-        bool ignored = false;
-        const std::int32_t number = roof->FindRoofFaceAt(true, X, Y, s, six, ignored) + 1;
-        const double overhang = data->GetFaceOverhang(number, ignored) * 1000;
+        const std::int32_t number = roof->FindRoofFaceAt(true, X, Y, s, six, unusedFlag) + 1;
+        const double overhang = data->GetFaceOverhang(number, unusedFlag) * 1000;
         const float roofLevel = s * 1000.0f - 100.0f;
         const float groundLevel = connection->GetLevelAt(X, Y) * 1000.0f;
         EXPECT_EQ(std::make_tuple(overhang, data->GetFaceDirection(number),
@@ -86,8 +83,8 @@ protected:
         inserted->PrepareElement(true);
         inserted->SetElementMatrix(*matrix);
         inserted->CommitElement(true);
-        element = dynamic_cast<TectaroElement&>(*inserted).element();
         ASSERT_EQ(host->project()->elements.size(), 1u);
+        element = host->project()->elements[0];
     }
 
     Extent extentOf(std::int32_t id) const {

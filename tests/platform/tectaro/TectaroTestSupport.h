@@ -99,13 +99,15 @@ struct SampleHost {
             QCoreApplication::processEvents();
         }
     }
+    // The roof at a plan point as the macro finds it, and the out-parameters the macro passes to
+    // the roof lookups and leaves unread.
     std::shared_ptr<HostRoof> roofAt(float x, float y) {
-        std::int32_t ignored = 0;
-        std::array<float, 6> six{1, 1, 1, 1, 1, 1};
-        bool flag = false;
-        return connection->GetActiveBuilding()->GetRoofList()->FindRoofAt(true, x, y, ignored, six,
-                                                                          flag);
+        const auto roofs = connection->GetActiveBuilding()->GetRoofList();
+        return roofs->FindRoofAt(true, x, y, unusedId, six, unusedFlag);
     }
+    std::int32_t unusedId = 0;
+    std::array<float, 6> six{1, 1, 1, 1, 1, 1};
+    bool unusedFlag = false;
 };
 
 // The sample host with the macro connected, for tests.
