@@ -22,14 +22,14 @@ const fs::path kRoot = PLUVARINE_WORKFOLDER;
 
 // Bounds in mm (x lo, x hi, y lo, y hi, z lo, z hi): exact to single precision on an axis whose
 // slack is 0, else each end within the slack.
-struct PartSpec {
+struct CataloguedPart {
     const char* stem;
     double box[6];
     double slack[3];
     std::set<std::string> openings;
 };
 
-const PartSpec kParts[] = {
+const CataloguedPart kParts[] = {
     // The gutter outlet: top 186.5 mm of H; plate 218 along the gutter.
     {"Reinhangestutzen_100_218", {-90, 90, -109, 109, -93.25, 93.25}, {}, {"bottom"}},
     {"Fallrohr_100_500", {-50, 50, -50, 50, -250, 250}, {}, {"bottom", "top"}},
@@ -52,21 +52,21 @@ const PartSpec kParts[] = {
 // triangle lies outside the solid, just behind it inside (overlapping pieces, as on the clamp, add
 // up); every declared opening a rim of the mesh.
 TEST(PartFiles, AreSoundMeshesOfTheirSizesWithTheirOpenings) {
-    for (const PartSpec& spec : kParts) {
-        SCOPED_TRACE(spec.stem);
-        const GlbPart& part = GlbPart::catalogued(spec.stem);
+    for (const CataloguedPart& entry : kParts) {
+        SCOPED_TRACE(entry.stem);
+        const GlbPart& part = GlbPart::catalogued(entry.stem);
         const double actual[6] = {part.lo.x, part.hi.x, part.lo.y, part.hi.y, part.lo.z, part.hi.z};
         for (int i = 0; i < 6; ++i) {
-            if (spec.slack[i / 2] == 0) {
-                EXPECT_FLOAT_EQ(float(actual[i]), float(spec.box[i] / 1000)) << "bound " << i;
+            if (entry.slack[i / 2] == 0) {
+                EXPECT_FLOAT_EQ(float(actual[i]), float(entry.box[i] / 1000)) << "bound " << i;
             } else {
-                EXPECT_NEAR(actual[i] * 1000, spec.box[i], spec.slack[i / 2]) << "bound " << i;
+                EXPECT_NEAR(actual[i] * 1000, entry.box[i], entry.slack[i / 2]) << "bound " << i;
             }
         }
         const tinygltf::Model& model = part.model;
         ASSERT_TRUE(model.scenes.size() == 1 && model.scenes[0].nodes == std::vector<int>{0});
         const auto& root = model.nodes.at(0);
-        EXPECT_EQ(root.name, spec.stem);
+        EXPECT_EQ(root.name, entry.stem);
         EXPECT_TRUE(root.matrix.empty() && root.translation.empty() && root.rotation.empty() &&
                     root.scale.empty());
         ASSERT_TRUE(model.meshes.size() == 1 && root.mesh == 0 &&
@@ -79,8 +79,8 @@ TEST(PartFiles, AreSoundMeshesOfTheirSizesWithTheirOpenings) {
         EXPECT_EQ(pbr.metallicFactor, 0);
         EXPECT_GT(pbr.roughnessFactor, 0.2);
         const auto& extras = model.asset.extras.Get("pluvarine");
-        EXPECT_EQ(extras.Get("part").Get<std::string>(), spec.stem);
-        const bool auxiliary = std::string(spec.stem) == "dummy";
+        EXPECT_EQ(extras.Get("part").Get<std::string>(), entry.stem);
+        const bool auxiliary = std::string(entry.stem) == "dummy";
         EXPECT_EQ(extras.Get("auxiliary").Get<bool>(), auxiliary);
         EXPECT_EQ(root.extras.Get("pluvarine").Has("auxiliary"), auxiliary);
 
@@ -114,7 +114,7 @@ TEST(PartFiles, AreSoundMeshesOfTheirSizesWithTheirOpenings) {
             }
             EXPECT_GE(onRim, 16) << o.name;
         }
-        EXPECT_EQ(names, spec.openings);
+        EXPECT_EQ(names, entry.openings);
     }
 }
 
@@ -159,8 +159,8 @@ TEST(WorkFolder, HoldsExactlyTheFilesTheProgramExpects) {
     EXPECT_TRUE(scene.model.asset.extras.Get("pluvarine").Get("baseScene").Get<bool>());
     const auto res = contents("res");
     EXPECT_EQ(res.size(), std::size(kParts));
-    for (const PartSpec& spec : kParts) {
-        EXPECT_TRUE(res.contains(std::string(spec.stem) + ".v3o")) << spec.stem;
+    for (const CataloguedPart& entry : kParts) {
+        EXPECT_TRUE(res.contains(std::string(entry.stem) + ".v3o")) << entry.stem;
     }
     EXPECT_EQ(
         contents("mat"),
