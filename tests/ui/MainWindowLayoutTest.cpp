@@ -105,7 +105,7 @@ TEST_F(WindowTest, SystemLocaleHidesHelpOrSkipsTheVersionCheck) {
 
 // ApplyLanguage creates both dialogs, hidden and on top; the material list fills in the active
 // language. Nothing is built at load, so the selection applies nothing.
-TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndPlaceOfTheMainWindow) {
+TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesCaptionsAndPlaceOfTheMainWindow) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
     EXPECT_FALSE(main->dialogsCreated());
     main->ApplyLanguage();
@@ -151,6 +151,17 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndPlaceOfTheMainWindow) 
     FrmMain window(daten, scene, player);
     EXPECT_EQ(player, window.findChild<QWidget*>(QStringLiteral("Player")));
     EXPECT_EQ(player->geometry(), QRect(288, 8, 257, 449));
+    // A long caption wraps, in full type; the picture stands beside the caption.
+    auto* adopt = child<CaptionButton>("Command1", &main->frmDetails()); // 89 wide
+    EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
+    EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
+    EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
+    EXPECT_LE(adopt->captionRect().width(), 89);
+    auto* refresh = child<CaptionButton>("Command1");
+    const QRect beside = refresh->captionRect();
+    refresh->setIcon(QIcon());
+    EXPECT_LT(refresh->captionRect().left(), beside.left());
+    EXPECT_EQ(refresh->captionRect().size(), beside.size());
     main->show();
     const QRect area = main->screen()->availableGeometry();
     EXPECT_EQ(main->pos(), area.topLeft() + QPoint(area.width() - 692, area.height() - 464) / 2);
@@ -183,32 +194,6 @@ TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
     EXPECT_LT(label->font().pixelSize(), windowFont().pixelSize());
     setFittedText(label, QStringLiteral("Nachylenie"));
     EXPECT_EQ(label->font().pixelSize(), windowFont().pixelSize());
-}
-
-TEST_F(WindowTest, LongCaptionsWrapAndThePictureStandsBeside) {
-    LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
-    main->ApplyLanguage();
-    auto* adopt = child<CaptionButton>("Command1", &main->frmDetails()); // 89 wide
-    EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
-    EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
-    EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
-    EXPECT_LE(adopt->captionRect().width(), 89);
-    auto* refresh = child<CaptionButton>("Command1");
-    const QRect beside = refresh->captionRect();
-    refresh->setIcon(QIcon());
-    EXPECT_LT(refresh->captionRect().left(), beside.left());
-    EXPECT_EQ(refresh->captionRect().size(), beside.size());
-}
-
-TEST_F(WindowTest, AClickAnywhereOnAnOptionAreaSelects) {
-    FrmMessage& message = main->frmMessage();
-    message.show();
-    auto* first = child<QRadioButton>("OP1", &message);
-    auto* second = child<QRadioButton>("OP2", &message);
-    QTest::mouseClick(second, Qt::LeftButton, {}, QPoint(180, 12)); // far right of a short text
-    EXPECT_TRUE(second->isChecked());
-    QTest::mouseClick(first, Qt::LeftButton, {}, QPoint(150, 3));
-    EXPECT_TRUE(first->isChecked() && !second->isChecked());
 }
 
 } // namespace
