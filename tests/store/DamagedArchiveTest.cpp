@@ -4,7 +4,7 @@
 namespace pluvarine::testing {
 namespace {
 
-const std::string kValid = le32(3) + record("Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n") +
+const std::string kValid = le(3) + record("Data.ini", "[SEKTION]\r\nEINTRAG= 2\r\n") +
                            record(" 1.tob", "object one") + record(" 2.tob", "");
 
 // The folder holds a file of the same name as a record, another file and a sub-folder; the
@@ -36,21 +36,21 @@ TEST_F(DamagedArchive, TruncatedAtEveryOffsetOrWithTrailingBytesIsRefused) {
     for (std::size_t size = 0; size < kValid.size(); ++size)
         expectRefused(kValid.substr(0, size), "cut to " + std::to_string(size) + " bytes");
     expectRefused(kValid + "x", "one byte more");
-    expectRefused(le32(0) + "junk", "junk after an empty archive");
+    expectRefused(le(0) + "junk", "junk after an empty archive");
 }
 
 TEST_F(DamagedArchive, HostileLengthsAndNamesAreRefusedWritingNothing) {
-    const std::string one = le32(1);
+    const std::string one = le(1);
     const std::string a1 = one + le(1, 2) + "a";
     // clang-format off
     const std::pair<const char*, std::string> corpus[] = {
-        {"negative count", le32(-1)}, {"count past the records", le32(2) + record("a", "A")},
-        {"huge count", le32(0x7FFFFFFF) + record("a", "A")},
-        {"negative name length", one + le(-2, 2) + "ab" + le32(0)},
-        {"zero name length", one + le(0, 2) + le32(1) + "A"},
+        {"negative count", le(-1)}, {"count past the records", le(2) + record("a", "A")},
+        {"huge count", le(0x7FFFFFFF) + record("a", "A")},
+        {"negative name length", one + le(-2, 2) + "ab" + le(0)},
+        {"zero name length", one + le(0, 2) + le(1) + "A"},
         {"name length past the end", one + le(30000, 2) + "a"},
-        {"negative data length", a1 + le32(-5) + "xxxxx"}, {"data past the end", a1 + le32(9)},
-        {"data length 2 GiB - 1", a1 + le32(0x7FFFFFFF)},
+        {"negative data length", a1 + le(-5) + "xxxxx"}, {"data past the end", a1 + le(9)},
+        {"data length 2 GiB - 1", a1 + le(0x7FFFFFFF)},
         {"parent folder", one + record("..", "x")}, {"this folder", one + record(".", "x")},
         {"traversal", one + record("../escaped", "x")}, {"backslash", one + record("..\\up", "x")},
         {"deep traversal", one + record("../../../../tmp/escaped", "x")},
@@ -60,16 +60,16 @@ TEST_F(DamagedArchive, HostileLengthsAndNamesAreRefusedWritingNothing) {
         {"NUL in the name", one + record(std::string("a\0b", 3), "x")},
         {"name too long for the file system", one + record(std::string(256, 'n'), "")},
         {"name too long once in UTF-8", one + record(std::string(200, '\xE4'), "")},
-        {"same name twice", le32(2) + record(" 1.tob", "x") + record(" 1.tob", "y")},
+        {"same name twice", le(2) + record(" 1.tob", "x") + record(" 1.tob", "y")},
         {"good records then a bad one",
-         le32(3) + record("keep.txt", "lost") + record(" 1.tob", "lost") + record("../x", "x")}};
+         le(3) + record("keep.txt", "lost") + record(" 1.tob", "lost") + record("../x", "x")}};
     // clang-format on
     for (const auto& [what, bytes] : corpus)
         expectRefused(bytes, what);
 }
 
 TEST_F(DamagedArchive, LongestBareNameIsAccepted) {
-    writeFile(archive(), le32(1) + record(std::string(255, 'n'), "ok"));
+    writeFile(archive(), le(1) + record(std::string(255, 'n'), "ok"));
     EXPECT_EQ(unpack(), 1);
     EXPECT_EQ(readFile(obj() / std::string(255, 'n')), "ok");
 }

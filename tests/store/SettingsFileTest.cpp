@@ -80,9 +80,8 @@ TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguage) {
     using namespace TextLanguage;
     // clang-format off
     const std::pair<int, const char*> table[] = {
-        {German, "Makros"}, {Russian, "Makros"}, {EnglishUnitedStates, "Macros"},
-        {French, "Macros"}, {EnglishUnitedKingdom, "Macros"}, {Polish, "Macros"},
-        {Croatian, "Macros"}};
+        {German, "Makros"}, {Russian, "Makros"}, {EnglishUnitedStates, "Macros"}, {French, "Macros"},
+        {EnglishUnitedKingdom, "Macros"}, {Polish, "Macros"}, {Croatian, "Macros"}};
     // clang-format on
     for (const auto& [lcid, macros] : table) {
         setActiveTextLanguage(lcid);

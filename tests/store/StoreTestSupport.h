@@ -22,8 +22,7 @@ namespace pluvarine::testing {
 
 namespace fs = std::filesystem;
 
-class RecordingProgress : public ProgressSink {
-public:
+struct RecordingProgress : ProgressSink {
     void ShowProgress(const std::string& text, std::int32_t percentage) override {
         texts.push_back(text);
         percentages.push_back(percentage);
@@ -42,20 +41,16 @@ inline void writeFile(const fs::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// A little-endian integer of width bytes, as the archive lays them out.
-inline std::string le(std::int64_t value, int width) {
+// A little-endian integer of width bytes (a count or length: 4), as the archive lays them out.
+inline std::string le(std::int64_t value, int width = 4) {
     std::string bytes;
     for (int i = 0; i < width; ++i)
         bytes += static_cast<char>((static_cast<std::uint64_t>(value) >> (8 * i)) & 0xFF);
     return bytes;
 }
 
-inline std::string le32(std::int64_t value) {
-    return le(value, 4);
-}
-
 inline std::string record(const std::string& nameBytes, const std::string& data) {
-    return le(nameBytes.size(), 2) + nameBytes + le32(data.size()) + data;
+    return le(nameBytes.size(), 2) + nameBytes + le(data.size()) + data;
 }
 
 // Every file and folder below root with the content of the files: compared before and after an
