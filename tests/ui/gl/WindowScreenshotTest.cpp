@@ -3,6 +3,7 @@
 #include "platform/viewer/ViewerScene.h"
 #include "platform/viewer/widget/PreviewWidget.h"
 #include "ui/CaptionButton.h"
+#include "ui/FittedText.h"
 
 #include <functional>
 
@@ -21,10 +22,8 @@ void checkCaptions(QWidget* window, QStringList& clipped, QStringList& shrunk) {
         bool fits = true;
         bool smaller = false;
         if (auto* label = qobject_cast<QLabel*>(widget)) {
-            const QRect room = label->contentsRect();
             const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
-            const QRect needed = label->fontMetrics().boundingRect(room, flags, text);
-            fits = needed.width() <= room.width() && needed.height() <= room.height();
+            fits = textFits(label->font(), text, label->contentsRect().size(), flags);
             smaller =
                 label->font().pixelSize() < window->font().pixelSize() && !label->font().bold();
         } else if (auto* button = qobject_cast<CaptionButton*>(widget)) {
@@ -99,10 +98,9 @@ protected:
 double drawnShare(const QImage& window) {
     const QImage preview = window.copy(QRect(288, 8, 257, 449));
     int drawn = 0;
-    for (int y = 0; y < preview.height(); ++y) {
+    for (int y = 0; y < preview.height(); ++y)
         for (int x = 0; x < preview.width(); ++x)
             drawn += preview.pixel(x, y) != preview.pixel(2, 2) ? 1 : 0;
-    }
     return double(drawn) / (preview.width() * preview.height());
 }
 
@@ -111,8 +109,7 @@ TEST_P(MainWindowScreens, EachConstructionInThePreview) {
         [this] { refresh("0"); }, [this] { refresh("300"); },
         [this] {
             main->setOverhangText("500");
-            QTest::mouseClick(main->findChild<QRadioButton*>(QStringLiteral("O72")),
-                              Qt::LeftButton);
+            main->findChild<QRadioButton*>(QStringLiteral("O72"))->click();
             auto* list = main->findChild<QComboBox*>(QStringLiteral("cbmaterial"));
             list->setCurrentIndex(1); // copper
             emit list->activated(1);
@@ -124,14 +121,13 @@ TEST_P(MainWindowScreens, EachConstructionInThePreview) {
     const char* names[] = {"main-continuous", "main-bends42", "main-bends72", "main-kinks"};
     double previous = -1;
     for (int i = 0; i < 4; ++i) {
-        const char* name = names[i];
         builds[i]();
-        EXPECT_TRUE(daten.design.modelBuilt) << name;
-        const QImage image = save(main.get(), QString::fromUtf8(name));
+        EXPECT_TRUE(daten.design.modelBuilt) << names[i];
+        const QImage image = save(main.get(), QString::fromUtf8(names[i]));
         ASSERT_EQ(image.size(), QSize(692, 464) * main->devicePixelRatio());
         const double share = drawnShare(image);
-        EXPECT_GT(share, 0.02) << name;
-        EXPECT_NE(share, previous) << name;
+        EXPECT_GT(share, 0.02) << names[i];
+        EXPECT_NE(share, previous) << names[i];
         previous = share;
     }
 }
