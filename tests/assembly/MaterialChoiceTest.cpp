@@ -10,10 +10,11 @@ namespace {
 using Rgb = std::array<int, 3>;
 
 TEST(MaterialChoice, EachEntryStoresItsFileAndShowsItsSwatchOnceSomethingIsBuilt) {
-    const std::pair<std::string, Rgb> expected[]{{"/wf/mat/Grau.ini", {144, 144, 144}},
-                                                 {"/wf/mat/Kupfer.ini", {154, 108, 89}},
-                                                 {"/wf/mat/Zink.ini", {117, 117, 117}},
-                                                 {"/wf/mat/Alu.ini", {178, 178, 178}}};
+    // clang-format off
+    const std::pair<std::string, Rgb> expected[]{
+        {"/wf/mat/Grau.ini", {144, 144, 144}}, {"/wf/mat/Kupfer.ini", {154, 108, 89}},
+        {"/wf/mat/Zink.ini", {117, 117, 117}}, {"/wf/mat/Alu.ini", {178, 178, 178}}};
+    // clang-format on
     for (int i = 0; i < 4; ++i) {
         const auto& [file, swatch] = expected[i];
         Daten daten = makeDaten(3000, 300, 300, 1800);
