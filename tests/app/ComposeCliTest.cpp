@@ -11,8 +11,7 @@ namespace {
 
 struct CliRun {
     int exitCode = -1;
-    std::string out;
-    std::string err;
+    std::string out, err;
 };
 
 CliRun compose(const QStringList& args) {
