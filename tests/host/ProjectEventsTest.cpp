@@ -44,15 +44,27 @@ TEST_F(ProjectEventsTest, SavingHandsTheObjFolderToTheHostAsOneMoreDataBlock) {
     EXPECT_TRUE(log.contains("SaveMacroData") && !log.contains("message"));
 }
 
-TEST_F(ProjectEventsTest, LoadingWithABuildingOrWithoutMacroDataLeavesObjAlone) {
+// Loading with a building, without macro data or from a damaged archive leaves obj alone; errors
+// show the fixed German text and loading goes on.
+TEST_F(ProjectEventsTest, LoadingWithABuildingOrWithoutUsableMacroDataLeavesObjAlone) {
     writeFile(objFile(" 1.tob"), "keep me");
     macro->exe_LoadBuilding(nullptr, 0);
     host->macroData[Macro::MacroDataId] = std::string(4, '\0');
     macro->exe_LoadBuilding(host->self, 0);
     EXPECT_THAT(log.only({"SetMacroButtonState", "LoadMacroData", "message", "ShowProgress"}),
                 ElementsAre(enable, load, enable));
-    EXPECT_EQ(readFile(objFile(" 1.tob")), "keep me");
     EXPECT_EQ(macro->objectCounter(), 1);
+
+    host->macroData[Macro::MacroDataId] = std::string("\x05\0\0\0", 4); // five records, none there
+    log.failing = {"SetMacroButtonState"};
+    macro->exe_LoadBuilding(nullptr, 0);
+    EXPECT_THAT(
+        log.only({"message"}),
+        ElementsAre("message(Fehler in Funktion Main_LoadBuilding: \r1002 - "
+                    "SetMacroButtonState failed\rDas Programm wird fortgesetzt.)",
+                    ::testing::StartsWith("message(Fehler in Funktion Main_LoadBuilding: ")));
+    EXPECT_EQ(readFile(objFile(" 1.tob")), "keep me");
+    EXPECT_FALSE(ended);
 }
 
 TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
@@ -81,20 +93,6 @@ TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
     macro->exe_ProjectClosed();
     macro->exe_LoadComplete(false); // without Data.ini
     EXPECT_EQ(macro->objectCounter(), 1);
-}
-
-TEST_F(ProjectEventsTest, LoadErrorsShowTheFixedGermanTextAndLoadingGoesOn) {
-    writeFile(objFile(" 3.tob"), "three");
-    host->macroData[Macro::MacroDataId] = std::string("\x05\0\0\0", 4); // five records, none there
-    log.failing = {"SetMacroButtonState"};
-    macro->exe_LoadBuilding(nullptr, 0);
-    EXPECT_THAT(
-        log.only({"message"}),
-        ElementsAre("message(Fehler in Funktion Main_LoadBuilding: \r1002 - "
-                    "SetMacroButtonState failed\rDas Programm wird fortgesetzt.)",
-                    ::testing::StartsWith("message(Fehler in Funktion Main_LoadBuilding: ")));
-    EXPECT_EQ(readFile(objFile(" 3.tob")), "three"); // a damaged archive leaves obj alone
-    EXPECT_FALSE(ended);
 }
 
 TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProjectFiles) {
