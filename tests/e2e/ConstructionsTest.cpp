@@ -70,7 +70,6 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
     }
     snapshot("end");
     add({{"do", "screenshot"}, {"file", path("host.png")}});
-    add({{"do", "exit"}});
     ASSERT_EQ(run(), 0) << read("stderr.txt");
 
     const Json inside = state("inside");
@@ -87,7 +86,6 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
         const Json macro = state(name)["macro"];
         EXPECT_EQ(macro["construction"], construction) << name;
         EXPECT_DOUBLE_EQ(macro["roof"]["roofOverhang"].get<double>(), side->overhang) << name;
-        EXPECT_EQ(macro["overhangText"], std::to_string(int(side->overhang))) << name;
         EXPECT_TRUE(macro["mainWindowVisible"]) << name;
     }
 
@@ -99,7 +97,6 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
         EXPECT_EQ(elements[i]["name"], " " + std::to_string(i + 1) + ".tob");
         expectOnWall(elements[i], *sides[i]);
     }
-    EXPECT_EQ(end["macro"]["objectCounter"], 5);
     EXPECT_FALSE(end["macro"]["mainWindowVisible"]);
     EXPECT_TRUE(end["host"]["button"]["enabled"]);
     EXPECT_TRUE(state("west")["macro"]["design"]["modelBuilt"]);

@@ -39,9 +39,10 @@ protected:
     }
     std::string path(const std::string& name) const { return (m_dir / name).string(); }
 
-    // Runs the program to its end in the session folder; `options` are further command-line
-    // options, quoted for the shell.
+    // Runs the program to its end in the session folder, the script ending with the exit;
+    // `options` are further command-line options, quoted for the shell.
     int run(const std::string& options = "") {
+        add({{"do", "exit"}});
         std::ofstream(m_dir / "script.json") << Json{{"steps", m_steps}}.dump(1);
         const std::string command =
             "cd '" + m_dir.string() + "' && timeout 120 '" PLUVARINE_GUI "'" +

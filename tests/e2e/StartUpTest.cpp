@@ -15,7 +15,6 @@ TEST_F(E2e, AnOldHostGetsTheMessageAndTheProgramEnds) {
 
 TEST_F(E2e, ARussianSystemTakesAnyHostAndWorksInTheMakrosFolder) {
     snapshot("started");
-    add({{"do", "exit"}});
     EXPECT_EQ(run("--language ru_RU --version-text Tectaro"), 0) << read("stderr.txt");
     const Json started = state("started");
     EXPECT_TRUE(started["macro"]["hostCompatible"]);
