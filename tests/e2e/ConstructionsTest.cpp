@@ -1,4 +1,5 @@
-// Each construction designed on its side of the sample house and inserted into the host.
+// Each construction designed on its side of the sample house and inserted into the host; the
+// downpipes then travel with the host project: saved, closed, opened again.
 
 #include "ScriptedSession.h"
 
@@ -37,7 +38,7 @@ void expectOnWall(const Json& element, const Side& side) {
 // The rebuild's constructions as the state reports them.
 enum Construction { None = 0, Continuous = 1, Bend42 = 2, Bend72 = 3, Kink42 = 4, Kink72 = 5 };
 
-TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
+TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject) {
     // A click inside the house is rejected; the main window's pick button starts again.
     button("Command5");
     click(5, 4);
@@ -68,7 +69,12 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
              {"file", path(side->name + std::string(".png"))}});
         button("Command4");
     }
-    snapshot("end");
+    add({{"do", "saveProject"}, {"path", path("house.tproj")}});
+    snapshot("saved");
+    add({{"do", "closeProject"}});
+    snapshot("closed");
+    add({{"do", "openProject"}, {"path", path("house.tproj")}});
+    snapshot("opened");
     add({{"do", "screenshot"}, {"file", path("host.png")}});
     ASSERT_EQ(run(), 0) << read("stderr.txt");
 
@@ -89,18 +95,35 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipe) {
         EXPECT_TRUE(macro["mainWindowVisible"]) << name;
     }
 
-    const Json end = state("end");
-    const Json& elements = end["host"]["elements"];
+    const Json saved = state("saved");
+    const Json& elements = saved["host"]["elements"];
     ASSERT_EQ(elements.size(), 4U);
     const Side* sides[] = {&kSouth, &kEast, &kNorth, &kWest};
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(elements[i]["name"], " " + std::to_string(i + 1) + ".tob");
         expectOnWall(elements[i], *sides[i]);
     }
-    EXPECT_FALSE(end["macro"]["mainWindowVisible"]);
-    EXPECT_TRUE(end["host"]["button"]["enabled"]);
+    EXPECT_FALSE(saved["macro"]["mainWindowVisible"]);
+    EXPECT_TRUE(saved["host"]["button"]["enabled"]);
     EXPECT_TRUE(state("west")["macro"]["design"]["modelBuilt"]);
     EXPECT_GT(std::filesystem::file_size(path("west.png")), 0U);
+
+    // Saved: the four object files and Data.ini, the data block announced. Closed: obj emptied,
+    // the counter in memory kept (the button: ProjectEventsTest). Opened: obj restored byte for
+    // byte, the counter the stored number (4) plus 1, the button on, the downpipes where they
+    // were.
+    ASSERT_EQ(saved["obj"].size(), 5U);
+    EXPECT_EQ(saved["obj"][0]["name"], " 1.tob");
+    EXPECT_EQ(saved["obj"][4]["name"], "Data.ini");
+    EXPECT_EQ(saved["host"]["lastChunkCount"], 1);
+    const Json closed = state("closed");
+    EXPECT_TRUE(closed["obj"].empty());
+    EXPECT_EQ(closed["macro"]["objectCounter"], 5);
+    const Json opened = state("opened");
+    EXPECT_EQ(opened["obj"], saved["obj"]);
+    EXPECT_EQ(opened["macro"]["objectCounter"], 5);
+    EXPECT_TRUE(opened["host"]["button"]["enabled"]);
+    EXPECT_EQ(opened["host"]["elements"], elements);
 }
 
 } // namespace
