@@ -74,7 +74,7 @@ private:
 };
 
 // A host with the sample house (or `building`) in a scratch program folder, and the macro's
-// connection to it; connectMacro() registers `events` as the macro's event sink.
+// connection to it.
 struct SampleHost {
     QTemporaryDir folder;
     std::unique_ptr<TectaroHost> host;
@@ -87,10 +87,6 @@ struct SampleHost {
         options.defaultBuilding = std::move(building);
         host = std::make_unique<TectaroHost>(options);
         connection = host->createConnection();
-    }
-    bool connectMacro() {
-        connection->setEventSink(&events);
-        return connection->ConnectMacro(7, "", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}");
     }
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
     // Lets the event loop run until the host's queue is empty.
@@ -110,9 +106,12 @@ struct SampleHost {
     bool unusedFlag = false;
 };
 
-// The sample host with the macro connected, for tests.
+// The sample host with the macro connected: `events` is its event sink.
 struct ConnectedHost : ::testing::Test, SampleHost {
-    void SetUp() override { ASSERT_TRUE(connectMacro()); }
+    void SetUp() override {
+        connection->setEventSink(&events);
+        ASSERT_TRUE(connection->ConnectMacro(7, "", "{1B0D6C3E-7A51-4F0B-9C7E-2D4A8E6F1B25}"));
+    }
 };
 
 } // namespace pluvarine::test

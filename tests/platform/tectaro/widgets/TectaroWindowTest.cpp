@@ -6,7 +6,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QMouseEvent>
-#include <gtest/gtest.h>
 
 using namespace pluvarine;
 
@@ -87,21 +86,16 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
     EXPECT_EQ(std::get<1>(events.clicks[1]), 10.0f);
 }
 
-TEST_F(WindowFixture, ProjectActionsRaiseTheirEventsInOrderAndTheScreenshotShowsThePlan) {
+// The window's entry points for projects only hand on to the host, whose tests check their
+// events; here: saving names the window, closing it exits the program.
+TEST_F(WindowFixture, SavingNamesTheWindowClosingExitsAndTheScreenshotShowsThePlan) {
     ASSERT_TRUE(window.saveProject(path("house.tproj")));
     run();
     EXPECT_TRUE(window.windowTitle().contains("house.tproj"));
-    window.closeProject();
-    run();
-    ASSERT_TRUE(window.openProject(path("house.tproj")));
-    window.newProject();
-    run();
     ASSERT_TRUE(window.screenshot(path("plan.png")));
     window.close();
     run();
-    EXPECT_EQ(events.names, (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed",
-                                         "LoadBuilding(b)", "LoadBuilding()", "LoadComplete",
-                                         "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
+    EXPECT_EQ(events.names, (test::Names{"SaveStart", "SaveBuilding", "ProgramExit"}));
     const QPoint wall =
         window.planView().mapTo(&window, window.planView().toWidget({5, 0.15}).toPoint());
     EXPECT_LT(QImage(QString::fromStdString(path("plan.png"))).pixelColor(wall).lightness(), 200);
