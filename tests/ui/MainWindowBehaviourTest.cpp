@@ -147,8 +147,12 @@ TEST_F(MainWindowBehaviour, Timer1RebuildsOnceAfter100msOrRunsTheInstalledHandle
     EXPECT_EQ(rebuilds(), 1);
 }
 
-TEST_F(MainWindowBehaviour, StayOnTopKeepsPositionSizeAndVisibility) {
+// Shown first in the middle of the screen; then the place stays, through stay-on-top changes and
+// when hidden and shown again.
+TEST_F(MainWindowBehaviour, StayOnTopAndHidingKeepPositionSizeAndVisibility) {
     main->show();
+    const QRect area = main->screen()->availableGeometry();
+    EXPECT_EQ(main->pos(), area.topLeft() + QPoint(area.width() - 692, area.height() - 464) / 2);
     main->move(40, 30);
     const QRect geometry(main->pos(), QSize(692, 464));
     for (const bool onTop : {true, false}) {
@@ -157,6 +161,9 @@ TEST_F(MainWindowBehaviour, StayOnTopKeepsPositionSizeAndVisibility) {
         EXPECT_TRUE(main->isVisible());
         EXPECT_EQ(QRect(main->pos(), main->size()), geometry);
     }
+    main->hide();
+    main->show();
+    EXPECT_EQ(main->pos(), geometry.topLeft());
     main->hideWindow();
     main->stayOnTop(true);
     EXPECT_FALSE(main->isVisible());

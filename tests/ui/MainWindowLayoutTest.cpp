@@ -98,14 +98,13 @@ TEST_F(WindowTest, SystemLocaleHidesHelpOrSkipsTheVersionCheck) {
         FrmMain window(daten, scene, nullptr);
         EXPECT_EQ(window.ApplyLanguage(), skipVersionCheck) << locale;
         window.show();
-        EXPECT_EQ(window.findChild<QWidget*>(QStringLiteral("Command7"))->isVisible(), helpShown)
-            << locale;
+        EXPECT_EQ(child<QWidget>("Command7", &window)->isVisible(), helpShown) << locale;
     }
 }
 
 // ApplyLanguage creates both dialogs, hidden and on top; the material list fills in the active
 // language. Nothing is built at load, so the selection applies nothing.
-TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesCaptionsAndPlaceOfTheMainWindow) {
+TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndCaptionsOfTheMainWindow) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
     EXPECT_FALSE(main->dialogsCreated());
     main->ApplyLanguage();
@@ -153,7 +152,6 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesCaptionsAndPlaceOfTheMain
     EXPECT_EQ(player->geometry(), QRect(288, 8, 257, 449));
     // A long caption wraps, in full type; the picture stands beside the caption.
     auto* adopt = child<CaptionButton>("Command1", &main->frmDetails()); // 89 wide
-    EXPECT_EQ(adopt->text(), QStringLiteral("Änderungen Übernehmen"));
     EXPECT_TRUE(adopt->captionFits() && !adopt->captionShrunk());
     EXPECT_GT(adopt->captionRect().height(), adopt->fontMetrics().height()); // two lines
     EXPECT_LE(adopt->captionRect().width(), 89);
@@ -162,13 +160,6 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesCaptionsAndPlaceOfTheMain
     refresh->setIcon(QIcon());
     EXPECT_LT(refresh->captionRect().left(), beside.left());
     EXPECT_EQ(refresh->captionRect().size(), beside.size());
-    main->show();
-    const QRect area = main->screen()->availableGeometry();
-    EXPECT_EQ(main->pos(), area.topLeft() + QPoint(area.width() - 692, area.height() - 464) / 2);
-    main->move(10, 20);
-    main->hide();
-    main->show();
-    EXPECT_EQ(main->pos(), QPoint(10, 20));
 }
 
 TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {

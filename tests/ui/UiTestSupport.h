@@ -61,9 +61,8 @@ protected:
     }
     // Every rebuild starts with loading the base scene.
     int rebuilds() const {
-        return int(
-            std::count_if(scene.calls().begin(), scene.calls().end(),
-                          [](const SceneCall& c) { return c.member == SceneMember::LoadScene; }));
+        return int(std::ranges::count_if(
+            scene.calls(), [](const SceneCall& c) { return c.member == SceneMember::LoadScene; }));
     }
     // A control of the main window, or of `parent`.
     template <typename T> T* child(const char* name, QObject* parent = nullptr) const {
@@ -91,12 +90,11 @@ inline QString shownText(const QWidget* widget) {
 
 // Types as a keyboard would, also characters QTest::keyClicks cannot send.
 inline void typeText(QWidget* widget, const QString& text) {
-    for (const QChar c : text) {
+    for (const QChar c : text)
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
             QKeyEvent event(type, Qt::Key_unknown, Qt::NoModifier, QString(c));
             QApplication::sendEvent(widget, &event);
         }
-    }
 }
 
 } // namespace pluvarine::test
