@@ -157,14 +157,14 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
 // text that is no number leaves its value, and as the overhang it builds nothing.
 TEST_F(DetailsDialog, AdoptingSetsTheValuesRebuildsOnceAndHidesUnlessAFieldIsEmpty) {
     const char* const unchanged = "500 150 35 40 270 5600 0";
+    // clang-format off
     const std::tuple<const char*, const char*, int, double> steps[] = {
-        {"|77|35|40|5600", unchanged, 0, 0},
-        {" 500||35|40|5600", unchanged, 0, 0},
-        {" 500|77||40|5600", unchanged, 0, 0},
-        {" 500|77|35||5600", unchanged, 0, 0},
+        {"|77|35|40|5600", unchanged, 0, 0}, {" 500||35|40|5600", unchanged, 0, 0},
+        {" 500|77||40|5600", unchanged, 0, 0}, {" 500|77|35||5600", unchanged, 0, 0},
         {" 500|77|35|40|", unchanged, 0, 0},
         {"350|120|30|+25|4800", "500 120 30 25 270 4800 350", 1, 410}, // 350 + 120 - 60
         {"1+2|1+2|20|25|4800", "500 120 20 25 270 4800 1+2", 2, 410}};
+    // clang-format on
     for (const auto& [typed, expected, rebuilt, wallOffset] : steps) {
         SCOPED_TRACE(typed);
         details->open();

@@ -1,8 +1,6 @@
 #include "UiTestSupport.h"
 #include "host/MacroCommands.h"
 
-#include <QElapsedTimer>
-
 namespace pluvarine::test {
 namespace {
 
@@ -44,11 +42,11 @@ protected:
 // forces 42 degrees, and that selection starts no second rebuild.
 TEST_F(MainWindowBehaviour, RefreshAndBendOptionClicksRebuildOnce) {
     main->show();
+    // clang-format off
     const std::tuple<const char*, const char*, int, const char*> steps[] = {
-        {"500", "O72", 1, "O72"},
-        {"500", "O42", 2, "O42"},
-        {"300", "O72", 3, "O42"},
-        {"0", "Command1", 4, "O42"}};
+        {"500", "O72", 1, "O72"}, {"500", "O42", 2, "O42"},
+        {"300", "O72", 3, "O42"}, {"0", "Command1", 4, "O42"}};
+    // clang-format on
     for (const auto& [overhang, control, rebuilt, selected] : steps) {
         main->setOverhangText(overhang);
         click(control);
@@ -71,10 +69,11 @@ TEST_F(MainWindowBehaviour, AMaterialPickRecoloursEveryPartAndTheSwatchOnlyAfter
     EXPECT_EQ(materialsApplied(), std::vector<std::string>(materialsApplied().size(), ""));
     // Per index the swatch and the file; outlet, pipe, standpipe, cap and every clamp get it, and
     // nothing is rebuilt.
-    const std::pair<QColor, std::string> materials[] = {{{144, 144, 144}, "/wf/mat/Grau.ini"},
-                                                        {{154, 108, 89}, "/wf/mat/Kupfer.ini"},
-                                                        {{117, 117, 117}, "/wf/mat/Zink.ini"},
-                                                        {{178, 178, 178}, "/wf/mat/Alu.ini"}};
+    // clang-format off
+    const std::pair<QColor, std::string> materials[] = {
+        {{144, 144, 144}, "/wf/mat/Grau.ini"}, {{154, 108, 89}, "/wf/mat/Kupfer.ini"},
+        {{117, 117, 117}, "/wf/mat/Zink.ini"}, {{178, 178, 178}, "/wf/mat/Alu.ini"}};
+    // clang-format on
     for (int i = 0; i < 4; ++i) {
         scene.clearCalls();
         chooseMaterial(i);
@@ -189,11 +188,11 @@ TEST_F(MainWindowBehaviour, TheDiameterIsNeverRead) {
 TEST_F(MainWindowBehaviour, OnlyDigitsPlusAndTheEditingKeysReachTheNumericFields) {
     QLineEdit& field = *child<QLineEdit>("txtÜd");
     // What is typed after "12", and the text that results.
-    const std::pair<const char16_t*, const char16_t*> cases[] = {{u"aZ-,. e", u"12"},
-                                                                 {u"ü°\t\r\x1b", u"12"},
-                                                                 {u"0123456789", u"120123456789"},
-                                                                 {u"3a+b4", u"123+4"},
-                                                                 {u"-1.5,0", u"12150"}};
+    // clang-format off
+    const std::pair<const char16_t*, const char16_t*> cases[] = {
+        {u"aZ-,. e", u"12"}, {u"ü°\t\r\x1b", u"12"}, {u"0123456789", u"120123456789"},
+        {u"3a+b4", u"123+4"}, {u"-1.5,0", u"12150"}};
+    // clang-format on
     for (const auto& [typed, expected] : cases) {
         field.setText(QStringLiteral("12"));
         typeText(&field, QString::fromUtf16(typed));

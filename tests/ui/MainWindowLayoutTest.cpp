@@ -3,8 +3,6 @@
 #include "ui/FittedText.h"
 #include "ui/UiText.h"
 
-#include <QTimer>
-
 namespace pluvarine::test {
 namespace {
 
