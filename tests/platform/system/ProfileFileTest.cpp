@@ -95,13 +95,11 @@ TEST(ProfileRefused, EntriesThatCannotBeReadBack) {
 
 // ---- files ------------------------------------------------------------------------------
 
-class ProfileFile : public ::testing::Test {
-protected:
+struct ProfileFile : ::testing::Test {
     std::string folder() const { return m_dir.path().toStdString(); }
     std::string file() const { return folder() + "/Data.ini"; }
-    std::size_t entryCount() const {
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(folder()), {}));
+    auto entryCount() const {
+        return std::distance(std::filesystem::directory_iterator(folder()), {});
     }
     void put(const std::string& content) { std::ofstream(file(), std::ios::binary) << content; }
     std::string written() const {
@@ -110,8 +108,7 @@ protected:
     }
     std::string get(const std::string& key, std::uint32_t size = 255) {
         std::string buffer(size + 1, '#');
-        const std::uint32_t count =
-            GetPrivateProfileStringA("s", key, "dflt", buffer.data(), size, file());
+        const auto count = GetPrivateProfileStringA("s", key, "dflt", buffer.data(), size, file());
         EXPECT_EQ(buffer[count], '\0');
         return buffer.substr(0, count);
     }
@@ -120,7 +117,7 @@ protected:
 
 TEST_F(ProfileFile, BufferOf255KeepsAtMost254AndAMissingFileGivesTheDefault) {
     EXPECT_EQ(get("k"), "dflt");
-    EXPECT_EQ(entryCount(), 0u);
+    EXPECT_EQ(entryCount(), 0);
     put("[s]\r\nk300=" + std::string(300, 'x') + "\r\nk254=" + std::string(254, 'y') +
         "\r\nk253=" + std::string(253, 'z') + "\r\n");
     EXPECT_EQ(get("k300"), std::string(254, 'x'));
@@ -137,7 +134,7 @@ TEST_F(ProfileFile, WriteMakesSectionAndKeyWithCrLfAndKeepsEverythingElse) {
     EXPECT_NE(WritePrivateProfileStringA("Sektion", "Eintrag", " 2", file()), 0);
     EXPECT_EQ(written(), "; c\r\n[SEKTION]\r\nEINTRAG= 2\r\n[x]\r\ny=2\r\n");
     EXPECT_EQ(std::filesystem::status(file()).permissions(), std::filesystem::perms(0640));
-    EXPECT_EQ(entryCount(), 1u); // no temporary file left behind
+    EXPECT_EQ(entryCount(), 1); // no temporary file left behind
 }
 
 // A refused entry, a missing folder, a folder in the file's place or a full disk (here: the
@@ -160,5 +157,5 @@ TEST_F(ProfileFile, FailedWritesChangeNothing) {
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(result, 0);
     EXPECT_EQ(written(), "[s]\r\nk=1\r\n");
-    EXPECT_EQ(entryCount(), 1u);
+    EXPECT_EQ(entryCount(), 1);
 }

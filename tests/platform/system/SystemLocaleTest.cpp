@@ -34,15 +34,12 @@ TEST(LocaleId, MapsTheNameAndBack) {
 
 // Sets LC_ALL and LANG (nullptr: unset) for one test; puts the previous values back (an unset
 // one as empty, which the locale lookup treats alike).
-class LocaleEnvironment : public ::testing::Test {
-protected:
+struct LocaleEnvironment : ::testing::Test {
     static void set(const char* lcAll, const char* lang) {
         lcAll ? setenv("LC_ALL", lcAll, 1) : unsetenv("LC_ALL");
         lang ? setenv("LANG", lang, 1) : unsetenv("LANG");
     }
     void TearDown() override { set(m_lcAll.c_str(), m_lang.c_str()); }
-
-private:
     const std::string m_lcAll = std::getenv("LC_ALL") ? std::getenv("LC_ALL") : "";
     const std::string m_lang = std::getenv("LANG") ? std::getenv("LANG") : "";
 };

@@ -4,7 +4,6 @@
 #include "platform/tectaro/PlanGeometry.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <numbers>
 
 using namespace pluvarine;
