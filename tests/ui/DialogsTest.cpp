@@ -31,10 +31,8 @@ struct Answer {
     const char* option; // "": none selected
     const char* button;
     bool answered, bend, doNot;
+    friend void PrintTo(const Answer& a, std::ostream* os) { *os << a.name; } // readable listings
 };
-void PrintTo(const Answer& c, std::ostream* os) {
-    *os << c.name;
-} // readable test listings
 
 class Answers : public ChoiceDialog, public ::testing::WithParamInterface<Answer> {};
 

@@ -29,23 +29,22 @@ Label10 Frame7 8 24 0 0 QLabel #128;O42 Frame7 112 16 49 33 QRadioButton 42°;
 O72 Frame7 192 16 49 33 QRadioButton 72°;Player frmMain 288 8 257 449 QWidget ;
 Command4 frmMain 552 8 129 49 QPushButton #132;Command3 frmMain 552 72 129 49 QPushButton #130;
 Command2 frmMain 552 136 129 49 QPushButton #131;Command6 frmMain 552 200 129 49 QPushButton #133;
-Command1 frmMain 552 264 129 49 QPushButton #129;
-Command7 frmMain 552 400 129 49 QPushButton #8001;Bild frmMain 568 336 49 41 QLabel ;
-Bild2 frmMain 640 360 25 25 QLabel ;Frame3 frmDetails 8 8 0 0 QGroupBox #1001;
-Label1 Frame3 16 24 0 0 QLabel #1002;txtDü Frame3 128 24 49 19 QLineEdit *;
-Label2 Frame3 16 48 0 0 QLabel #1003;txtBd Frame3 128 48 49 19 QLineEdit *;
-Label3 Frame3 16 72 0 0 QLabel #1004;txtFn Frame3 128 72 49 19 QLineEdit *;
-Label4 Frame3 16 96 0 0 QLabel #1005;txtDe Frame3 128 96 49 19 QLineEdit *;
-Label9 Frame3 16 120 0 0 QLabel #1006;lblDR Frame3 128 120 0 0 QLabel *;
-Label11 Frame3 16 144 0 0 QLabel #6001;txtH Frame3 128 144 49 19 QLineEdit *;
-Command1 frmDetails 8 192 89 33 QPushButton #1007;
-Command2 frmDetails 144 192 89 33 QPushButton #1008;
-Frame1 frmDetails 240 8 265 481 QGroupBox #6000;Picture1 Frame1 8 16 249 457 QLabel ;
-lblSketchdR Picture1 24 232 0 0 QLabel dR;lblSketchÜd Picture1 120 8 0 0 QLabel Üd;
-lblSketchH Picture1 200 232 0 0 QLabel H;lblSketchhs Picture1 24 400 0 0 QLabel hs;
-Line1 Picture1 152 24 1 17 QWidget ;lblMessage frmMessage 8 8 177 41 QLabel Message;
-OP1 frmMessage 8 56 177 25 QRadioButton Option1;OP2 frmMessage 8 88 185 25 QRadioButton Option2;
-Command1 frmMessage 192 8 89 41 QPushButton OK;Command2 frmMessage 192 64 89 41 QPushButton #131)")
+Command1 frmMain 552 264 129 49 QPushButton #129;Command7 frmMain 552 400 129 49 QPushButton #8001;
+Bild frmMain 568 336 49 41 QLabel ;Bild2 frmMain 640 360 25 25 QLabel ;
+Frame3 frmDetails 8 8 0 0 QGroupBox #1001;Label1 Frame3 16 24 0 0 QLabel #1002;
+txtDü Frame3 128 24 49 19 QLineEdit *;Label2 Frame3 16 48 0 0 QLabel #1003;
+txtBd Frame3 128 48 49 19 QLineEdit *;Label3 Frame3 16 72 0 0 QLabel #1004;
+txtFn Frame3 128 72 49 19 QLineEdit *;Label4 Frame3 16 96 0 0 QLabel #1005;
+txtDe Frame3 128 96 49 19 QLineEdit *;Label9 Frame3 16 120 0 0 QLabel #1006;
+lblDR Frame3 128 120 0 0 QLabel *;Label11 Frame3 16 144 0 0 QLabel #6001;
+txtH Frame3 128 144 49 19 QLineEdit *;Command1 frmDetails 8 192 89 33 QPushButton #1007;
+Command2 frmDetails 144 192 89 33 QPushButton #1008;Frame1 frmDetails 240 8 265 481 QGroupBox #6000;
+Picture1 Frame1 8 16 249 457 QLabel ;lblSketchdR Picture1 24 232 0 0 QLabel dR;
+lblSketchÜd Picture1 120 8 0 0 QLabel Üd;lblSketchH Picture1 200 232 0 0 QLabel H;
+lblSketchhs Picture1 24 400 0 0 QLabel hs;Line1 Picture1 152 24 1 17 QWidget ;
+lblMessage frmMessage 8 8 177 41 QLabel Message;OP1 frmMessage 8 56 177 25 QRadioButton Option1;
+OP2 frmMessage 8 88 185 25 QRadioButton Option2;Command1 frmMessage 192 8 89 41 QPushButton OK;
+Command2 frmMessage 192 64 89 41 QPushButton #131)")
                                  .remove(QLatin1Char('\n'))
                                  .split(QLatin1Char(';'));
 
@@ -169,9 +168,8 @@ TEST(FittedText, TakesTheLargestFittingSizeDownToTheSmallestAndBack) {
     EXPECT_TRUE(textFits(fitted, text, room, flags));
     fitted.setPixelSize(fitted.pixelSize() + 1);
     EXPECT_FALSE(textFits(fitted, text, room, flags));
-    EXPECT_EQ(fittingFont(windowFont(), QStringLiteral("Unbreakablewordthatisfartoolong"),
-                          QSize(20, 10), flags)
-                  .pixelSize(),
+    const QString word = QStringLiteral("Unbreakablewordthatisfartoolong");
+    EXPECT_EQ(fittingFont(windowFont(), word, QSize(20, 10), flags).pixelSize(),
               smallestCaptionPixelSize);
     // A label returns to the window size for a short text.
     QWidget window;

@@ -25,10 +25,8 @@ struct Language {
     const char* tag;
     const char* systemLocale;
     int lcid;
+    friend void PrintTo(const Language& language, std::ostream* out) { *out << language.tag; }
 };
-inline void PrintTo(const Language& language, std::ostream* out) {
-    *out << language.tag;
-}
 inline const Language languages[] = {{"de", "de_DE.UTF-8", TextLanguage::German},
                                      {"en", "en_US.UTF-8", TextLanguage::EnglishUnitedStates},
                                      {"gb", "en_GB.UTF-8", TextLanguage::EnglishUnitedKingdom},
@@ -81,10 +79,9 @@ protected:
 
 // The caption or text a control shows.
 inline QString shownText(const QWidget* widget) {
-    for (const char* property : {"text", "title", "currentText"}) {
+    for (const char* property : {"text", "title", "currentText"})
         if (const QVariant value = widget->property(property); value.isValid())
             return value.toString();
-    }
     return {};
 }
 

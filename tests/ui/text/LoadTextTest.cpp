@@ -9,10 +9,8 @@
 #include <gmock/gmock.h>
 #include <set>
 #include <stdexcept>
-#include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 namespace pluvarine {
 namespace {
@@ -176,9 +174,8 @@ TEST(StringTable, ReadsADocumentWithSharedTexts) {
                                                "textsOf": 1033},
                                               {"lcid": 1031, "language": "DE"}],
                                "texts": [{"id": 7, "use": "x", "1033": "a ", "1031": "b"}]})");
-    ASSERT_TRUE(table.find(2057, 7) && table.find(1031, 7));
-    EXPECT_EQ(*table.find(2057, 7), "a ");
-    EXPECT_EQ(*table.find(1031, 7), "b");
+    EXPECT_THAT(table.find(2057, 7), ::testing::Pointee(std::string("a ")));
+    EXPECT_THAT(table.find(1031, 7), ::testing::Pointee(std::string("b")));
     EXPECT_EQ(table.languageFor({"en-GB"}), 2057);
     EXPECT_EQ(table.languageFor({"de-CH"}), 1031);
 }
