@@ -53,7 +53,7 @@ TEST(ProfileRead, FindsTheValue) {
 
 // ---- writing ----------------------------------------------------------------------------
 
-TEST(ProfileWrite, ChangesOnlyTheEntry) {
+TEST(ProfileWrite, ChangesOnlyTheEntryAndRefusesEntriesThatCannotBeReadBack) {
     // clang-format off
     const std::array<const char*, 6> table[] = { // what, before, section, key, value, after
         {"new file", "", "SEKTION", "EINTRAG", " 7", "[SEKTION]\r\nEINTRAG= 7\r\n"},
@@ -80,15 +80,12 @@ TEST(ProfileWrite, ChangesOnlyTheEntry) {
         ASSERT_TRUE(isWritableProfileEntry(section, key, value)) << what;
         EXPECT_EQ(withProfileValue(before, section, key, value), after) << what;
     }
-}
-
-TEST(ProfileRefused, EntriesThatCannotBeReadBack) {
     const std::string nul("a\0b", 3);
-    const std::array<std::string_view, 3> table[] = {
+    const std::array<std::string_view, 3> refused[] = {
         {"", "k", "v"},     {" ", "k", "v"},   {"s", "", "v"},  {"s", "k", "a\r\nb=c"},
         {"s", "k", "a\nb"}, {"s\n", "k", "v"}, {"s", "k", nul}, {"s]x", "k", "v"},
         {"s", "a=b", "v"},  {"s", ";k", "v"},  {"s", "[k", "v"}};
-    for (const auto& [section, key, value] : table)
+    for (const auto& [section, key, value] : refused)
         EXPECT_FALSE(isWritableProfileEntry(section, key, value))
             << section << "|" << key << "|" << value;
 }
