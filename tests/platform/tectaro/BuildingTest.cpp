@@ -8,16 +8,6 @@
 
 using namespace pluvarine;
 
-TEST(SampleHouse, TheRoofIsFoundUnderTheOverhangUpToTheEavesAndNotBeyond) {
-    const auto house = test::sampleHouse();
-    const std::pair<QPointF, int> cases[] = {{{5, 4}, 0},      {{-0.55, 4}, 0}, {{-0.6, 4}, 0},
-                                             {{-0.65, 4}, -1}, {{10.1, 4}, 0},  {{10.2, 4}, -1},
-                                             {{5, 8.3}, 0},    {{5, -0.1}, -1}, {{20, 20}, -1}};
-    for (const auto& [p, roof] : cases) {
-        EXPECT_EQ(house->roofAt(p), roof) << p.x() << "," << p.y();
-    }
-}
-
 // The overhang and direction of each side are read through the host in PlacementTest.
 TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheRoofOnce) {
     const auto house = test::sampleHouse();
@@ -47,19 +37,24 @@ TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheR
     EXPECT_NEAR(roof.faces[0].heightAt({5, 4}), 3.0 + 4 * std::tan(std::numbers::pi / 6), 1e-9);
 }
 
-TEST(SampleHouse, ClicksOnTheExteriorSideAreMovedOntoTheWallFace) {
+// At each point: the roof, found under the overhang up to the eaves and not beyond; and a
+// click there, valid on the exterior side of the wall (then moved onto the face) and invalid on
+// its inner half, inside, too far out or beyond a corner.
+TEST(SampleHouse, TheRoofReachesTheEavesAndClicksOnTheWallsExteriorSideLandOnTheFace) {
     const auto house = test::sampleHouse();
-    const std::pair<QPointF, QPointF> valid[] = {
-        {{5, -0.1}, {5, 0}},  {{5, 0}, {5, 0}},    {{5, 0.1}, {5, 0}}, {{5, -0.25}, {5, 0}},
-        {{10.2, 4}, {10, 4}}, {{3, 8.05}, {3, 8}}, {{-0.2, 6}, {0, 6}}};
-    for (const auto& [click, face] : valid) {
-        const auto hit = house->exteriorWallHit(click);
-        ASSERT_TRUE(hit) << click.x() << "," << click.y();
-        EXPECT_NEAR(QLineF(hit->facePoint, face).length(), 0, 1e-9);
-    }
-    // The inner half of the wall, inside, too far out, beyond a corner.
-    for (QPointF click :
-         {QPointF(5, 0.2), QPointF(5, 4), QPointF(5, -0.3), QPointF(-0.1, -0.1), QPointF(20, 20)}) {
-        EXPECT_FALSE(house->exteriorWallHit(click)) << click.x() << "," << click.y();
+    const std::tuple<QPointF, int, std::optional<QPointF>> cases[] = {
+        {{5, 4}, 0, {}},          {{-0.55, 4}, 0, {}},       {{-0.6, 4}, 0, {}},
+        {{-0.65, 4}, -1, {}},     {{10.1, 4}, 0, {{10, 4}}}, {{10.2, 4}, -1, {{10, 4}}},
+        {{5, 8.3}, 0, {}},        {{5, -0.1}, -1, {{5, 0}}}, {{20, 20}, -1, {}},
+        {{5, 0}, 0, {{5, 0}}},    {{5, 0.1}, 0, {{5, 0}}},   {{5, -0.25}, -1, {{5, 0}}},
+        {{3, 8.05}, 0, {{3, 8}}}, {{-0.2, 6}, 0, {{0, 6}}},  {{5, 0.2}, 0, {}},
+        {{5, -0.3}, -1, {}},      {{-0.1, -0.1}, -1, {}}};
+    for (const auto& [p, roof, face] : cases) {
+        EXPECT_EQ(house->roofAt(p), roof) << p.x() << "," << p.y();
+        const auto hit = house->exteriorWallHit(p);
+        ASSERT_EQ(hit.has_value(), face.has_value()) << p.x() << "," << p.y();
+        if (hit) {
+            EXPECT_NEAR(QLineF(hit->facePoint, *face).length(), 0, 1e-9);
+        }
     }
 }

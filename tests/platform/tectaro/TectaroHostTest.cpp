@@ -10,20 +10,20 @@ using HostFixture = test::ConnectedHost;
 
 constexpr std::int32_t macroDataId = 0x20ACDCA8;
 
-// The roof data read on each side of the sample house is checked with the placement there.
-TEST(TectaroHost, TheGroundLevelIsTheBuildingsTerrain) {
+// The ground level is the building's terrain; no roof lies beyond the overhang, no face outside
+// the roof, no face number outside the roof's. (The roof data read on each side of the sample
+// house is checked with the placement there.)
+TEST(TectaroHost, TheGroundIsTheTerrainAndNoRoofOrFaceLiesOutsideTheRoof) {
     Building raised = *test::sampleHouse();
     raised.terrainLevel = -0.35;
     test::SampleHost sample(std::make_shared<const Building>(raised));
     EXPECT_FLOAT_EQ(sample.connection->GetLevelAt(5, 0), -0.35f);
-}
-
-TEST_F(HostFixture, NoRoofBeyondTheOverhangAndNoFaceOrFaceNumberOutsideTheRoof) {
-    EXPECT_FALSE(roofAt(-0.65f, 4));
-    const auto roof = roofAt(-0.55f, 4);
+    EXPECT_FALSE(sample.roofAt(-0.65f, 4));
+    const auto roof = sample.roofAt(-0.55f, 4);
     ASSERT_TRUE(roof);
     float height = 0;
-    EXPECT_THROW(roof->FindRoofFaceAt(true, 30, 30, height, six, unusedFlag), RuntimeError);
+    EXPECT_THROW(roof->FindRoofFaceAt(true, 30, 30, height, sample.six, sample.unusedFlag),
+                 RuntimeError);
     for (std::int32_t bad : {0, 5, -1}) {
         EXPECT_THROW(roof->GetRoofData()->GetFacePitch(bad), RuntimeError) << bad;
     }

@@ -9,8 +9,6 @@
 
 using namespace pluvarine;
 
-namespace {
-
 struct WindowFixture : test::ConnectedHost {
     TectaroWindow window{*host};
     const QImage picture{30, 30, QImage::Format_ARGB32};
@@ -31,8 +29,6 @@ struct WindowFixture : test::ConnectedHost {
         }
     }
 };
-
-} // namespace
 
 TEST_F(WindowFixture, TheMacroButtonFollowsTheMacrosStateAndReportsPresses) {
     QAction* action = window.findChild<QAction*>("tectaroMacroButton");
