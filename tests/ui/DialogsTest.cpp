@@ -135,9 +135,8 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
     details->open(); // fractions follow their own rules
     field("txtBd")->setText(QStringLiteral("999"));
     details->open();
-    EXPECT_EQ(
-        shown(),
-        QStringLiteral(" .5|150|%1|40|5600|-90").arg(QString::fromStdString(doubleToText(22.5))));
+    const QString pitch = QString::fromStdString(doubleToText(22.5));
+    EXPECT_EQ(shown(), QStringLiteral(" .5|150|%1|40|5600|-90").arg(pitch));
     details->close(); // through its frame
     details->open();
     EXPECT_TRUE(details->isVisible());

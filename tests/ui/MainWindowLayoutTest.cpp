@@ -106,10 +106,8 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndCaptionsOfTheMainWindo
     EXPECT_FALSE(main->dialogsCreated());
     main->ApplyLanguage();
     EXPECT_TRUE(main->dialogsCreated() && !main->isVisible());
-    for (QWidget* dialog :
-         std::initializer_list<QWidget*>{&main->frmDetails(), &main->frmMessage()})
-        EXPECT_TRUE(!dialog->isVisible() &&
-                    dialog->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    for (const QWidget* dialog : {(QWidget*)&main->frmDetails(), (QWidget*)&main->frmMessage()})
+        EXPECT_TRUE(!dialog->isVisible() && dialog->windowFlags() & Qt::WindowStaysOnTopHint);
     main->fillMaterialList();
     auto* list = child<QComboBox>("cbmaterial");
     QStringList names;
@@ -135,11 +133,12 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndCaptionsOfTheMainWindo
                     qAlpha(image.pixel(0, 0)) == cornerAlpha);
     EXPECT_GT(qAlpha(main->bild2Picture().pixel(15, 2)), 0);
     EXPECT_EQ(main->windowIcon().availableSizes().value(0), QSize(48, 48));
-    const std::pair<const char*, int> buttons[] = {{"Command3", 16}, {"Command2", 16},
-                                                   {"Command6", 16}, {"Command1", 24},
-                                                   {"Command7", 20}, {"Command4", 0}};
-    for (const auto& [name, side] : buttons) {
-        const QSize size = side ? QSize(side, side) : QSize(33, 17);
+    // clang-format off
+    const std::pair<const char*, QSize> buttons[] = {
+        {"Command3", {16, 16}}, {"Command2", {16, 16}}, {"Command6", {16, 16}},
+        {"Command1", {24, 24}}, {"Command7", {20, 20}}, {"Command4", {33, 17}}};
+    // clang-format on
+    for (const auto& [name, size] : buttons) {
         EXPECT_EQ(child<QPushButton>(name)->iconSize(), size) << name;
         EXPECT_EQ(child<QPushButton>(name)->icon().pixmap(size).size(), size) << name;
     }
