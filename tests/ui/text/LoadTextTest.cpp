@@ -80,7 +80,7 @@ TEST(SystemTextLanguage, FollowsTheInterfaceLanguages) {
 }
 
 // The system default locale comes from LC_ALL, then LANG; each row sets LC_ALL, which is
-// restored at the end.
+// restored at the end. GetLocaleValue(9) gives the same code.
 TEST(SystemLanguage, IsTheDefaultLanguageIdentifierInLowercaseHex) {
     // An empty LC_ALL counts as unset.
     const std::string saved = std::getenv("LC_ALL") ? std::getenv("LC_ALL") : "";
@@ -98,9 +98,7 @@ TEST(SystemLanguage, IsTheDefaultLanguageIdentifierInLowercaseHex) {
         EXPECT_EQ(systemLanguageCode(), code) << locale;
     }
     setenv("LC_ALL", saved.c_str(), 1);
-}
-
-TEST(GetLocaleValue, UnknownValueTypeIsAnInvalidProcedureCall) {
+    // Any other value type is an invalid procedure call.
     EXPECT_THAT([] { GetLocaleValue(2); },
                 ::testing::Throws<RuntimeError>(::testing::Property(
                     &RuntimeError::number, RuntimeError::InvalidProcedureCall)));
