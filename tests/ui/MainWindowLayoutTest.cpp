@@ -100,7 +100,8 @@ TEST_F(WindowTest, SystemLocaleHidesHelpOrSkipsTheVersionCheck) {
 }
 
 // ApplyLanguage creates both dialogs, hidden and on top; the material list fills in the active
-// language. Nothing is built at load, so the selection applies nothing.
+// language, and as nothing is built at load the selection applies nothing. Then the first states
+// of the controls, the host's pictures, the icons, an injected preview and a long caption.
 TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndCaptionsOfTheMainWindow) {
     LanguageScope scope("de_DE.UTF-8", TextLanguage::German);
     EXPECT_FALSE(main->dialogsCreated());
