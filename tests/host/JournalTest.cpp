@@ -2,6 +2,7 @@
 // raises, as JSON lines in order, while the macro works exactly as without it.
 
 #include "MacroFixture.h"
+#include "host/JournalingHostConnection.h"
 
 namespace pluvarine::test {
 namespace {

@@ -7,7 +7,6 @@
 #include "host/HostRoof.h"
 #include "host/HostRoofData.h"
 #include "host/HostRoofList.h"
-#include "host/JournalingHostConnection.h"
 #include "host/Macro.h"
 #include "ui/text/LoadText.h"
 
@@ -65,6 +64,9 @@ template <typename... Interfaces> struct Implements : Interfaces... {};
 
 inline std::string six(const std::array<float, 6>& s) {
     return CallLog::join(s[0], s[1], s[2], s[3], s[4], s[5]);
+}
+inline std::string size(const HostPicture& picture) {
+    return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
 }
 inline std::string readFile(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -171,11 +173,6 @@ public:
                       const std::string& guid) override {
         return log.reply(true, "ConnectMacro", handle, "'" + text + "'", guid);
     }
-
-private:
-    static std::string size(const HostPicture& picture) {
-        return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
-    }
 };
 
 // A macro wired to the fakes, in a fresh host program folder with the installed working-folder
@@ -189,6 +186,8 @@ protected:
     MacroFixture() {
         std::filesystem::create_directories(work / "obj");
         std::filesystem::create_directories(work / "destination");
+        bild.fill(Qt::blue);
+        bild2.fill(Qt::red);
         makeMacro();
     }
 
@@ -230,13 +229,8 @@ protected:
     bool ApplyLanguage() override { return log.reply(russianSystem, "ApplyLanguage"); }
     void fillMaterialList() override { log.call("fillMaterialList"); }
     std::int32_t windowHandle() const override { return 4711; }
-    QImage bildPicture() const override { return picture(Qt::blue); }
-    QImage bild2Picture() const override { return picture(Qt::red); }
-    static QImage picture(Qt::GlobalColor colour) {
-        QImage image(30, 30, QImage::Format_RGB32);
-        image.fill(colour);
-        return image;
-    }
+    QImage bildPicture() const override { return bild; }
+    QImage bild2Picture() const override { return bild2; }
     void showMessage(const std::string& text, Icon icon) override {
         log.call(icon == Icon::Critical ? "criticalMessage" : "message", text);
     }
@@ -274,6 +268,8 @@ protected:
     bool russianSystem = false; // ApplyLanguage asks to skip the version check
     bool ended = false;
     std::string overhang;
+    QImage bild{30, 30, QImage::Format_RGB32};  // blue
+    QImage bild2{30, 30, QImage::Format_RGB32}; // red
     int pumps = 0;
     std::unique_ptr<Macro> macro;
 };

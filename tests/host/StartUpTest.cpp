@@ -11,7 +11,6 @@ namespace {
 using StartUpTest = MacroFixture;
 
 TEST_F(StartUpTest, RunsTheLoadStepsInOrderAgainstACompatibleHost) {
-    const std::string workFolder = work.string();
     DesignRecord& d = daten.design;
     d.modelBuilt = d.bendPartsBuilt = d.constructionAnswered = d.bendChosen = true;
     daten.roof = RoofData{5, 6, 7, 8, 9, 10, 11, 0, 0};
@@ -24,14 +23,14 @@ TEST_F(StartUpTest, RunsTheLoadStepsInOrderAgainstACompatibleHost) {
                             "GetVersionText()",
                             "AddMacroButton(30x30, 16974340, " + LoadText(5005) + ", 4733)",
                             "SetMacroButtonState(7, 1, 0, true, true)", "GetProgramFolder()",
-                            "LoadScene(" + workFolder + "/main.v3o)", "fillMaterialList()",
+                            "LoadScene(" + work.string() + "/main.v3o)", "fillMaterialList()",
                             "setOverhangText(0)"));
     EXPECT_TRUE(macro->hostCompatible() && !macro->skipVersionCheck() && !ended);
     EXPECT_EQ(host->sink, macro.get());
     EXPECT_EQ(host->buttonPicture.image.format(), QImage::Format_ARGB32);
     EXPECT_EQ(host->buttonPicture.image.pixelColor(15, 15), QColor(Qt::blue)); // Bild
-    EXPECT_EQ(daten.workFolder, workFolder);
-    EXPECT_EQ(daten.oldObjectFile, workFolder + "/obj/fallrohr.tob");
+    EXPECT_EQ(daten.workFolder, work.string());
+    EXPECT_EQ(daten.oldObjectFile, objFile("fallrohr.tob"));
     EXPECT_FALSE(d.bendPartsBuilt || d.bendChosen || d.constructionAnswered || d.modelBuilt);
     EXPECT_EQ(roof(), std::make_tuple(0.0, 0.0, 0.0, 0.0, 0.0, 0.0F, 0.0F));
 }

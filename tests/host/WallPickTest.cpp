@@ -23,8 +23,7 @@ TEST_F(WallPickTest, ThePickButtonAndTheHostButtonAskForOneClick) {
     macro->exe_ButtonChange(8, 2, 0, true, true, true);  // another button
     macro->exe_ButtonChange(7, 1, 0, true, true, true);  // another event
     macro->exe_ButtonChange(7, 2, 0, false, true, true); // released
-    EXPECT_TRUE(log.entries.empty());
-    macro->exe_ButtonChange(7, 2, 0, true, true, true);
+    macro->exe_ButtonChange(7, 2, 0, true, true, true);  // only this one asks
     EXPECT_THAT(log.entries, ElementsAre("hideWindow()", "RequestOneClick('', 30x30, 1)",
                                          "ShowPrompt(" + LoadText(8000) + ")"));
     EXPECT_EQ(host->cursor.image.pixelColor(0, 0), QColor(Qt::red)); // Bild2, not Bild
@@ -40,9 +39,10 @@ TEST_F(WallPickTest, ThePickButtonAndTheHostButtonAskForOneClick) {
 TEST_F(WallPickTest, AClickIsShownAndBuiltTwiceAnInvalidOneReadsAtThePreviousPosition) {
     macro->exe_GotOneClick(false, 3, 4, 0);
     EXPECT_EQ(log.entries.front(), "message(" + LoadText(5002) + ")");
-    EXPECT_FALSE(log.contains("setClickLabels"));
-    EXPECT_EQ(log.only({"FindRoofAt"}).at(0), "FindRoofAt(true, 0, 0, 1, 1, 1, 1, 1, 1)");
-    EXPECT_THAT(log.only({"rebuild", "enableTimer1"}), ElementsAre("rebuild()", "enableTimer1()"));
+    // No labels shown, read at (0, 0), built.
+    EXPECT_THAT(
+        log.only({"setClickLabels", "FindRoofAt", "rebuild", "enableTimer1"}),
+        ElementsAre("FindRoofAt(true, 0, 0, 1, 1, 1, 1, 1, 1)", "rebuild()", "enableTimer1()"));
 
     log.entries.clear();
     macro->exe_GotOneClick(true, 2.5F, -1.25F, 99);
@@ -89,7 +89,6 @@ TEST_F(WallPickTest, TheRoofValuesAndWhatAFailingCallOrAMissingRoofOrBuildingLea
         EXPECT_EQ(log.only().back(), "setOverhangText"); // Maße ran
         EXPECT_FALSE(log.contains("message"));
     }
-    EXPECT_EQ(overhang, "0");
 }
 
 TEST_F(WallPickTest, HeightExamples) {
@@ -99,10 +98,7 @@ TEST_F(WallPickTest, HeightExamples) {
                                            {5900, 150, 0, 30, 5810},
                                            {2500, -300, 150.5, 0, 2860}};
     for (const auto& [roofLevel, groundLevel, overhangValue, pitch, heightH] : table) {
-        daten.roof.roofLevel = float(roofLevel);
-        daten.roof.groundLevel = float(groundLevel);
-        daten.roof.roofOverhang = overhangValue;
-        daten.roof.roofPitch = pitch;
+        daten.roof = RoofData{overhangValue, 0, pitch, 0, 0, float(roofLevel), float(groundLevel)};
         macro->Maße();
         EXPECT_DOUBLE_EQ(daten.design.heightH, heightH) << roofLevel << " " << pitch;
         EXPECT_EQ(overhang, doubleToText(overhangValue));
