@@ -8,8 +8,7 @@ namespace {
 TEST_F(E2e, AnOldHostGetsTheMessageAndTheProgramEnds) {
     snapshot("never"); // the script does not start: the program has ended
     EXPECT_EQ(run("--version-text 'Tectaro Architektur +2004.9'"), 0);
-    EXPECT_NE(read("stderr.txt").find("message: Incompatible Tectaro version!"), std::string::npos)
-        << read("stderr.txt");
+    EXPECT_THAT(read("stderr.txt"), ::testing::HasSubstr("message: Incompatible Tectaro version!"));
     EXPECT_FALSE(std::filesystem::exists(path("never.json")));
 }
 
