@@ -105,15 +105,18 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject)
     EXPECT_GT(std::filesystem::file_size(path("west.png")), 0U);
 
     // Saved: the four object files and Data.ini, the data block announced. Closed: obj emptied,
-    // the counter in memory kept (the button: ProjectEventsTest). Opened: obj restored byte for
+    // the counter in memory kept, the button shown but disabled. Opened: obj restored byte for
     // byte, the counter the stored number (4) plus 1, the button on, the downpipes where they
     // were.
     ASSERT_EQ(saved["obj"].size(), 5U);
     EXPECT_EQ(saved["obj"][0]["name"], " 1.tob");
     EXPECT_EQ(saved["obj"][4]["name"], "Data.ini");
     EXPECT_EQ(saved["host"]["lastChunkCount"], 1);
-    EXPECT_TRUE(state("closed")["obj"].empty());
-    EXPECT_EQ(state("closed")["macro"]["objectCounter"], 5);
+    const Json closed = state("closed");
+    EXPECT_TRUE(closed["obj"].empty());
+    EXPECT_EQ(closed["macro"]["objectCounter"], 5);
+    EXPECT_TRUE(closed["host"]["button"]["shown"]);
+    EXPECT_FALSE(closed["host"]["button"]["enabled"]);
     const Json opened = state("opened");
     EXPECT_EQ(opened["obj"], saved["obj"]);
     EXPECT_EQ(opened["macro"]["objectCounter"], 5);
