@@ -1,7 +1,6 @@
 #include "app/cli/Commands.h"
 
 #include <QCoreApplication>
-
 #include <iostream>
 #include <string>
 #include <vector>

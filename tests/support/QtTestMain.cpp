@@ -1,5 +1,4 @@
 #include <QApplication>
-
 #include <gtest/gtest.h>
 
 // Widget and GL tests need one QApplication for the whole program; the platform plugin comes
