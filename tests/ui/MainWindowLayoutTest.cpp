@@ -107,7 +107,8 @@ TEST_F(WindowTest, InitialStateDialogsMaterialsPicturesAndCaptionsOfTheMainWindo
     EXPECT_FALSE(main->dialogsCreated());
     main->ApplyLanguage();
     EXPECT_TRUE(main->dialogsCreated() && !main->isVisible());
-    for (const QWidget* dialog : {(QWidget*)&main->frmDetails(), (QWidget*)&main->frmMessage()})
+    const QWidget* dialogs[] = {&main->frmDetails(), &main->frmMessage()};
+    for (const QWidget* dialog : dialogs)
         EXPECT_TRUE(!dialog->isVisible() && dialog->windowFlags() & Qt::WindowStaysOnTopHint);
     main->fillMaterialList();
     auto* list = child<QComboBox>("cbmaterial");
