@@ -3,7 +3,10 @@
 #include "TectaroTestSupport.h"
 #include "platform/tectaro/PlanGeometry.h"
 
+#include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <nlohmann/json.hpp>
 #include <numbers>
 
 using namespace pluvarine;
@@ -39,9 +42,16 @@ TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheR
 
 // At each point: the roof, found under the overhang up to the eaves and not beyond; and a
 // click there, valid on the exterior side of the wall (then moved onto the face) and invalid on
-// its inner half, inside, too far out or beyond a corner.
+// its inner half, inside, too far out or beyond a corner. The same walls drawn the other way
+// round, with the exterior on their left, give the same clicks.
 TEST(SampleHouse, TheRoofReachesTheEavesAndClicksOnTheWallsExteriorSideLandOnTheFace) {
     const auto house = test::sampleHouse();
+    auto json =
+        nlohmann::json::parse(std::ifstream(PLUVARINE_SOURCE_DIR "/data/sample/house.json"));
+    auto& wall = json["walls"][0];
+    std::reverse(wall["line"].begin(), wall["line"].end());
+    wall["exterior"] = "left";
+    const Building drawnLeft = Building::fromJson(json);
     const std::tuple<QPointF, int, std::optional<QPointF>> cases[] = {
         {{5, 4}, 0, {}},          {{-0.55, 4}, 0, {}},       {{-0.6, 4}, 0, {}},
         {{-0.65, 4}, -1, {}},     {{10.1, 4}, 0, {{10, 4}}}, {{10.2, 4}, -1, {{10, 4}}},
@@ -51,10 +61,11 @@ TEST(SampleHouse, TheRoofReachesTheEavesAndClicksOnTheWallsExteriorSideLandOnThe
         {{5, -0.3}, -1, {}},      {{-0.1, -0.1}, -1, {}}};
     for (const auto& [p, roof, face] : cases) {
         EXPECT_EQ(house->roofAt(p), roof) << p.x() << "," << p.y();
-        const auto hit = house->exteriorWallHit(p);
-        ASSERT_EQ(hit.has_value(), face.has_value()) << p.x() << "," << p.y();
-        if (hit) {
-            EXPECT_NEAR(QLineF(hit->facePoint, *face).length(), 0, 1e-9);
+        for (const auto& hit : {house->exteriorWallHit(p), drawnLeft.exteriorWallHit(p)}) {
+            ASSERT_EQ(hit.has_value(), face.has_value()) << p.x() << "," << p.y();
+            if (hit) {
+                EXPECT_NEAR(QLineF(hit->facePoint, *face).length(), 0, 1e-9);
+            }
         }
     }
 }
