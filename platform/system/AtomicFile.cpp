@@ -1,10 +1,16 @@
 #include "platform/system/AtomicFile.h"
 
 #include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
+#include <mutex>
 #include <random>
+#include <set>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -19,6 +25,56 @@ std::string folderOf(const std::string& path) {
         return ".";
     }
     return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+constexpr std::string_view kPrefix = ".pluvarine-";
+constexpr std::string_view kSuffix = ".tmp";
+
+// A temporary file of ours that no running process writes: its name carries the id of a process
+// that has ended, or no process id at all (the names of older versions).
+bool isStaleTemporary(std::string_view name) {
+    if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) {
+        return false;
+    }
+    const std::string_view middle =
+        name.substr(kPrefix.size(), name.size() - kPrefix.size() - kSuffix.size());
+    const std::size_t dash = middle.find('-');
+    if (dash == std::string_view::npos) {
+        return middle.size() == 16 && middle.find_first_not_of("0123456789abcdef") ==
+                                          std::string_view::npos; // an older version's name
+    }
+    pid_t pid = 0;
+    const auto [end, error] = std::from_chars(middle.data(), middle.data() + dash, pid);
+    if (error != std::errc() || end != middle.data() + dash || pid <= 0) {
+        return false; // not a name this class gives
+    }
+    return pid != ::getpid() && ::kill(pid, 0) != 0 && errno == ESRCH;
+}
+
+// Once per folder and process: later writes of this process cannot meet files of a process that
+// ended before it started, and a folder of many files is listed only once.
+void removeStaleTemporaries(const std::string& folder) {
+    static std::mutex mutex;
+    static std::set<std::string> cleaned;
+    {
+        const std::lock_guard lock(mutex);
+        if (!cleaned.insert(folder).second) {
+            return;
+        }
+    }
+    DIR* dir = ::opendir(folder.c_str());
+    if (dir == nullptr) {
+        return;
+    }
+    while (const dirent* entry = ::readdir(dir)) {
+        struct stat info {};
+        if (isStaleTemporary(entry->d_name) &&
+            ::fstatat(::dirfd(dir), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISREG(info.st_mode)) {
+            ::unlinkat(::dirfd(dir), entry->d_name, 0);
+        }
+    }
+    ::closedir(dir);
 }
 
 std::string randomSuffix() {
@@ -58,8 +114,11 @@ bool AtomicFile::create() {
 
 bool AtomicFile::create(std::optional<unsigned> targetPermissions) {
     const std::string folder = folderOf(m_target);
+    removeStaleTemporaries(folder);
+    const std::string prefix =
+        folder + "/" + std::string(kPrefix) + std::to_string(::getpid()) + "-";
     for (int attempt = 0; attempt < 100; ++attempt) {
-        std::string candidate = folder + "/.pluvarine-" + randomSuffix() + ".tmp";
+        std::string candidate = prefix + randomSuffix() + std::string(kSuffix);
         const int fd = ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0) {
             m_fd = fd;

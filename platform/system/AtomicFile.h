@@ -8,9 +8,13 @@ namespace pluvarine {
 
 // Writes a file through a temporary file in the same folder that replaces the target by a
 // rename only once it is complete: a crash, a full disk or a failed write leaves the previous
-// file as it was. The temporary file is a dot-file (".pluvarine-….tmp"), so folder listings of
-// ordinary files never see it; it is removed again unless it became the target.
+// file as it was. The temporary file is a dot-file (".pluvarine-<process id>-<random>.tmp"), so
+// folder listings of ordinary files never see it; it is removed again unless it became the target.
 // Qt's QSaveFile does the same but names its temporary file visibly after the target.
+//
+// A writer killed before it could remove its temporary file leaves it behind. The first write of
+// a process in a folder removes such files there: those whose process no longer runs (and those
+// of older versions, whose names carry no process id). Files of running processes stay.
 class AtomicFile {
 public:
     enum class Sync { None, Data };

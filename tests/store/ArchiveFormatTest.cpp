@@ -1,8 +1,11 @@
 #include "StoreTestSupport.h"
 #include "ui/text/LoadText.h"
 
+#include <algorithm>
 #include <random>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace pluvarine::testing {
 namespace {
@@ -112,6 +115,37 @@ TEST_F(ArchiveRoundTrip, FailedPackLeavesThePreviousArchive) {
     fs::rename(root() / "elsewhere", obj());
     fs::remove_all(root() / "destination"); // the archive's folder is missing
     EXPECT_TRUE(failureChangingNothing([this] { pack(); }));
+}
+
+// A pack killed (kill -9) after its first file leaves the previous archive whole and only a
+// hidden temporary file beside it, which the next pack, in a later program, removes.
+TEST_F(ArchiveRoundTrip, KilledPackLeavesThePreviousArchiveAndTheNextPackCleansUp) {
+    put({{"a", randomBytes(4096, 6)}, {"b", "second"}});
+    writeFile(archive(), "the previous archive");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        pack([] { ::kill(::getpid(), SIGKILL); });
+        ::_exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+    const fs::path destination = root() / "destination";
+    const auto listing = [&] {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(destination))
+            names.push_back(entry.path().filename().string());
+        return names;
+    };
+    const std::vector<std::string> left = listing();
+    ASSERT_EQ(left.size(), 2u);
+    EXPECT_EQ(
+        std::count_if(left.begin(), left.end(),
+                      [](const std::string& name) { return name.starts_with(".pluvarine-"); }),
+        1);
+    EXPECT_EQ(readFile(archive()), "the previous archive");
+    EXPECT_EQ(pack().count, 2);
+    EXPECT_EQ(listing(), std::vector<std::string>{"pluvarine.dat"});
 }
 
 TEST_F(ArchiveRoundTrip, FailedUnpackLeavesTheFolderAsItWas) {
