@@ -1,15 +1,12 @@
 #include "platform/viewer/ObjectFileWriter.h"
 
 #include "base/RuntimeError.h"
+#include "platform/system/AtomicFile.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
 #include <map>
 #include <sstream>
-#include <sys/stat.h>
 #include <tiny_gltf.h>
-#include <unistd.h>
 
 namespace pluvarine {
 
@@ -192,40 +189,13 @@ std::string ObjectFileWriter::toGlb(const std::vector<ViewerObject>& objects,
 }
 
 void ObjectFileWriter::writeFile(const std::string& path, const std::string& bytes) {
-    // A temporary file beside the target, renamed over it once complete: readers see the old
-    // file or the whole new one. (No fsync: the rename keeps a failed or interrupted program
-    // from leaving half a file, which is what is needed here, at a fraction of the cost.)
-    const auto fail = [&](const std::string& step, int error) {
+    // No flush to the disk: the rename alone keeps a failed or interrupted program from leaving
+    // half a file, which is what is needed here, at a fraction of the cost.
+    AtomicFile file(path);
+    if (!file.create() || !file.writeAll(bytes.data(), bytes.size()) ||
+        !file.commit(AtomicFile::Sync::None)) {
         throw RuntimeError(RuntimeError::ViewerError,
-                           "cannot write " + path + " (" + step + "): " + std::strerror(error));
-    };
-    std::string temporary = path + ".XXXXXX";
-    const int fd = ::mkstemp(temporary.data());
-    if (fd < 0) {
-        fail("create", errno);
-    }
-    std::size_t written = 0;
-    int error = 0;
-    if (::fchmod(fd, 0644) != 0) { // mkstemp makes it private
-        error = errno;
-    }
-    while (error == 0 && written < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + written, bytes.size() - written);
-        if (n < 0 && errno != EINTR) {
-            error = errno;
-        } else if (n > 0) {
-            written += static_cast<std::size_t>(n);
-        }
-    }
-    if (::close(fd) != 0 && error == 0) {
-        error = errno;
-    }
-    if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0) {
-        error = errno;
-    }
-    if (error != 0) {
-        ::unlink(temporary.c_str());
-        fail("write", error);
+                           "cannot write " + path + ": " + file.errorText());
     }
 }
 

@@ -16,9 +16,9 @@ class ObjectFileWriter {
 public:
     static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name);
 
-    // Writes the bytes to a temporary file in the target's folder and renames it into place,
-    // so the target is either the old file or the complete new one. Throws RuntimeError
-    // (ViewerError) when that fails.
+    // Writes the bytes through AtomicFile, so the target is either the old file or the complete
+    // new one, and an interrupted write leaves only a hidden temporary file that no listing of
+    // ordinary files (the project archive's) sees. Throws RuntimeError (ViewerError) on failure.
     static void writeFile(const std::string& path, const std::string& bytes);
 };
 

@@ -105,6 +105,43 @@ TEST_F(ObjectFile, AFailedWriteKeepsThePreviousFile) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("")), {}), before);
 }
 
+// A program that dies while it writes an object file (here: stopped by the file size limit)
+// leaves no file that the project archive would pack, only a hidden temporary file, which the
+// next write in the folder removes.
+TEST_F(ObjectFile, AWriterThatDiesLeavesNothingVisibleAndTheNextWriteCleansUp) {
+    const std::filesystem::path folder = path("obj");
+    std::filesystem::create_directory(folder);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const rlimit noCore{0, 0};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        rlimit size{};
+        ::getrlimit(RLIMIT_FSIZE, &size);
+        size.rlim_cur = 1000;
+        ::setrlimit(RLIMIT_FSIZE, &size);
+        std::signal(SIGXFSZ, SIG_DFL);
+        try {
+            m_scene.SaveScene((folder / " 1.tob").string(), "Fallrohr", "");
+        } catch (...) {
+        }
+        ::_exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ);
+    const auto names = [&] {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(folder))
+            found.push_back(entry.path().filename().string());
+        return found;
+    };
+    const std::vector<std::string> left = names();
+    ASSERT_EQ(left.size(), 1u);
+    EXPECT_TRUE(left[0].starts_with(".pluvarine-")) << left[0];
+    m_scene.SaveScene((folder / " 2.tob").string(), "Fallrohr", "");
+    EXPECT_EQ(names(), std::vector<std::string>{" 2.tob"});
+}
+
 // Every construction's object file holds one node per drawn piece, reads back, and passes the
 // Khronos glTF validator when the tools for it are there.
 class ConstructionExport : public ::testing::TestWithParam<Assembly> {};
