@@ -19,6 +19,7 @@
 #include <cmath>
 #include <filesystem>
 #include <numbers>
+#include <optional>
 
 namespace pluvarine {
 
@@ -290,6 +291,15 @@ void Macro::Maße() {
 
 void Macro::Command4_Click() {
     Daten& daten = m_env.daten;
+    // An export never replaces an object file: a number whose file exists is passed over, and
+    // when none is left the insertion is refused; the design stays open.
+    const std::optional<std::int16_t> number =
+        unusedObjectNumber(daten.workFolder + "/obj/", m_objectCounter);
+    if (!number) {
+        tryStep([&] { m_env.messages.showMessage(LoadText(5004)); }, m_skipped);
+        return;
+    }
+    m_objectCounter = *number;
     const auto objectFile = [&] {
         return daten.workFolder + "/obj/" + numberText(static_cast<double>(m_objectCounter)) +
                ".tob";
@@ -383,14 +393,35 @@ void Macro::exe_SaveStart(const std::string& /*fileName*/, std::int32_t /*numBui
 
 void Macro::exe_SaveBuilding(std::int32_t /*buildingNo*/, std::shared_ptr<HostBuilding> /*b*/) {
     const std::string& workFolder = m_env.daten.workFolder;
+    // Only the archive of this save is handed over: after a failed pack the file at the archive
+    // path is an older one. The user learns when the project goes without some or all files.
+    std::optional<PackResult> packed;
+    bool handedOver = false;
+    std::string reason;
     resumeNext({
                    [&] {
-                       PackFolder(workFolder + "/obj/", workFolder + "/destination/pluvarine.dat",
-                                  "*.*", m_progress, m_env.pumpEvents);
+                       packed = PackFolder(workFolder + "/obj/",
+                                           workFolder + "/destination/pluvarine.dat", "*.*",
+                                           m_progress, m_env.pumpEvents);
                    },
-                   [&] { host().SaveMacroData(MacroDataId, archivePath()); },
+                   [&] { handedOver = packed && host().SaveMacroData(MacroDataId, archivePath()); },
                },
-               m_skipped);
+               [&](const RuntimeError& error) {
+                   reportStepFailure(error);
+                   reason = error.description();
+               });
+    std::string message;
+    if (!handedOver) {
+        message = LoadText(5003) + (reason.empty() ? "" : "\r" + reason);
+    } else if (!packed->problems.empty()) {
+        message = LoadText(5006);
+        for (const ArchiveProblem& problem : packed->problems) {
+            message += "\r" + problem.name + ": " + problem.reason;
+        }
+    }
+    if (!message.empty()) {
+        tryStep([&] { m_env.messages.showMessage(message); }, m_skipped);
+    }
 }
 
 void Macro::exe_LoadBuilding(std::shared_ptr<HostBuilding> b, std::int32_t /*saveNo*/) {

@@ -25,6 +25,9 @@ class HostRoofData;
 // Failure behaviour: the procedures run their steps through resumeNext(), so a step that fails
 // is given up and the next one runs. Only the start-up ends the program (messages 5001, 5000);
 // a rejected click shows 5002; exe_LoadBuilding shows a fixed German text for each failure.
+// Nothing is lost on the way: an insertion never replaces an object file and is refused with
+// 5004 when the object numbers are used up; a save whose archive could not be made or handed
+// over hands over nothing older and says so (5003), one that left files out names them (5006).
 class Macro : public HostEvents, public MacroCommands {
 public:
     // The identifier of the macro's data block in a host project.

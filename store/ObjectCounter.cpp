@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <sys/stat.h>
 
 namespace pluvarine {
 
@@ -51,6 +52,17 @@ std::int16_t counterAtLoadComplete(const std::string& settingsFile) {
 std::int16_t counterAfterExport(const std::string& settingsFile, std::int16_t used) {
     WriteIni(settingsFile, "SEKTION", "EINTRAG", numberText(static_cast<double>(used)));
     return incremented(counterAfterLoad(settingsFile));
+}
+
+std::optional<std::int16_t> unusedObjectNumber(const std::string& objFolder, std::int16_t counter) {
+    for (int number = counter; number <= std::numeric_limits<std::int16_t>::max(); ++number) {
+        const std::string file = objFolder + numberText(static_cast<double>(number)) + ".tob";
+        struct stat info {};
+        if (::lstat(file.c_str(), &info) != 0) {
+            return static_cast<std::int16_t>(number);
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace pluvarine

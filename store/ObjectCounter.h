@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace pluvarine {
@@ -31,5 +32,11 @@ std::int16_t counterAtLoadComplete(const std::string& settingsFile);
 // After an export with the counter value used: stores its number text (" 7") and returns the
 // number read back plus 1. When the store cannot be written the read gives 0 and the result is 1.
 std::int16_t counterAfterExport(const std::string& settingsFile, std::int16_t used);
+
+// The number the next export writes into objFolder: the counter itself, or, when an object file
+// (" 7.tob") of that number is already there (a counter entry that was lost, reset or not
+// written), the next higher number that has none, so an export never replaces an object file.
+// nullopt when every number from the counter up to 32767 has one: the counter is used up.
+std::optional<std::int16_t> unusedObjectNumber(const std::string& objFolder, std::int16_t counter);
 
 } // namespace pluvarine

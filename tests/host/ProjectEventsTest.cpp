@@ -2,6 +2,7 @@
 // load, clearing the project folders at close, the button state and the end of the program.
 
 #include "MacroFixture.h"
+#include "tests/support/FaultyFolder.h"
 
 namespace pluvarine::test {
 namespace {
@@ -9,6 +10,19 @@ namespace {
 class ProjectEventsTest : public MacroFixture {
 protected:
     void SetUp() override { start(); }
+
+    // Every file below the working folder's obj and destination, with its bytes.
+    std::map<std::string, std::string> folderBytes() const {
+        std::map<std::string, std::string> files;
+        for (const char* folder : {"obj", "destination"}) {
+            for (const auto& entry : std::filesystem::directory_iterator(work / folder)) {
+                if (!entry.path().filename().string().starts_with('.')) {
+                    files[entry.path().string()] = readFile(entry.path());
+                }
+            }
+        }
+        return files;
+    }
 
     const std::string archive = (work / "destination" / "pluvarine.dat").string();
     const std::string load = "LoadMacroData(548199592, " + archive + ")";
@@ -36,11 +50,50 @@ TEST_F(ProjectEventsTest, SavingHandsTheObjFolderToTheHostAsOneMoreDataBlock) {
     const std::string& block = host->macroData.at(Macro::MacroDataId);
     EXPECT_EQ(block, readFile(archive));
     EXPECT_EQ(block.size(), 4 + (2 + 6 + 4 + 5) + (2 + 8 + 4 + 23U));
+    EXPECT_FALSE(log.contains("message"));
+}
 
+// A save whose pack fails (a folder that cannot be written, a full disk, no obj) hands over no
+// archive, so no older one stands in for it, and tells the user; every file stays as it was.
+// Files left out of an archive are named.
+TEST_F(ProjectEventsTest, ASaveWithoutTheObjectFilesHandsOverNothingAndSaysSo) {
+    writeFile(objFile("Data.ini"), "[SEKTION]\r\nEINTRAG= 2\r\n");
+    writeFile(objFile(" 2.tob"), "this session");
+    enum class Fault { ReadOnly, Full, NoObj };
+    for (const Fault fault : {Fault::ReadOnly, Fault::Full, Fault::NoObj}) {
+        SCOPED_TRACE(static_cast<int>(fault));
+        writeFile(archive, "an older save's archive");
+        const auto before = folderBytes();
+        FaultyFolder destination(work / "destination");
+        if (fault == Fault::ReadOnly && !destination.makeReadOnly()) {
+            GTEST_SKIP() << "no read-only folder here";
+        }
+        if (fault == Fault::Full && !destination.makeFull()) {
+            continue; // a full disk needs mount rights
+        }
+        if (fault == Fault::NoObj) {
+            std::filesystem::rename(work / "obj", work / "obj.away");
+        }
+        log.entries.clear();
+        macro->exe_SaveBuilding(0, nullptr);
+        EXPECT_FALSE(log.contains("SaveMacroData"));
+        EXPECT_THAT(log.only({"message"}),
+                    ElementsAre(::testing::StartsWith("message(" + LoadText(5003) + "\r")));
+        if (fault == Fault::NoObj) {
+            std::filesystem::rename(work / "obj.away", work / "obj");
+        }
+        EXPECT_EQ(folderBytes(), before);
+    }
+    EXPECT_FALSE(host->macroData.contains(Macro::MacroDataId));
+
+    const std::string unpackable = "\xe4\xb8\x80.tob"; // no Windows-1252 name
+    writeFile(objFile(unpackable), "left out");
     log.entries.clear();
-    std::filesystem::remove_all(work / "obj"); // a failed pack still hands over what is there
     macro->exe_SaveBuilding(0, nullptr);
-    EXPECT_TRUE(log.contains("SaveMacroData") && !log.contains("message"));
+    EXPECT_TRUE(log.contains("SaveMacroData"));
+    EXPECT_THAT(log.only({"message"}),
+                ElementsAre("message(" + LoadText(5006) + "\r" + unpackable +
+                            ": the name cannot be written in the code page Windows-1252)"));
 }
 
 // Loading with a building, without macro data or from a damaged archive leaves obj alone; errors
