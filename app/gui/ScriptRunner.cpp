@@ -171,8 +171,11 @@ void ScriptRunner::runStep(const Json& step) {
         m_waitUntil = now() + static_cast<qint64>(number(step, "ms"));
     } else if (action == "exit") {
         // As the user closes the host: the host raises exe_ProgramExit and the macro ends.
+        answerQuestions(step);
+        if (!m_session.hostWindow().close()) {
+            throw std::runtime_error("the host kept running: its project was not saved");
+        }
         m_timer.stop();
-        m_session.hostWindow().close();
     } else {
         throw std::runtime_error("unknown step \"" + action + "\"");
     }
@@ -279,15 +282,24 @@ void ScriptRunner::answer(const Json& step) {
     button->click();
 }
 
+void ScriptRunner::answerQuestions(const Json& step) {
+    if (RecordedMessages* recorded = m_session.recordedMessages()) {
+        recorded->setAnswer(step.value("discard", false));
+    }
+}
+
 void ScriptRunner::project(const std::string& action, const Json& step) {
     TectaroWindow& host = m_session.hostWindow();
+    answerQuestions(step);
     std::string error;
+    // A project kept open after a failed save is the user's answer, not a failed step.
     if (action == "newProject") {
         host.newProject();
     } else if (action == "closeProject") {
         host.closeProject();
     } else if (action == "openProject") {
-        if (!host.openProject(text(step, "path"), &error)) {
+        const bool kept = m_session.host().saveFailed() && !step.value("discard", false);
+        if (!host.openProject(text(step, "path"), &error) && !kept) {
             throw std::runtime_error("cannot open the project: " + error);
         }
     } else if (!host.saveProject(step.value("path", std::string()), &error)) {

@@ -41,6 +41,8 @@ private:
     void typeKeys(const nlohmann::json& step);
     void chooseMaterial(const nlohmann::json& step);
     void answer(const nlohmann::json& step);
+    // Questions of the step get its "discard" (default false) as the answer.
+    void answerQuestions(const nlohmann::json& step);
     void project(const std::string& action, const nlohmann::json& step);
     void screenshot(const nlohmann::json& step);
     void writeState(const nlohmann::json& step);

@@ -65,18 +65,20 @@ Session::Session(const LaunchOptions& options) : m_host(hostOptions(options)) {
         }
         m_journal = std::make_unique<HostJournal>(m_journalFile);
     }
-    const bool withOpenGl = openGlAvailable();
-    m_hostWindow = std::make_unique<TectaroWindow>(m_host, withOpenGl);
-    QWidget* player = withOpenGl ? new PreviewWidget(m_scene) : nullptr;
-    m_windows = std::make_unique<MacroWindows>(m_daten, m_scene, player);
-
     if (options.script.empty()) {
-        m_messages = std::make_unique<MessageBoxUserMessages>();
+        auto boxes = std::make_unique<MessageBoxUserMessages>();
+        m_questions = boxes.get();
+        m_messages = std::move(boxes);
     } else {
         auto recorded = std::make_unique<RecordedMessages>(m_journal.get());
         m_recorded = recorded.get();
+        m_questions = recorded.get();
         m_messages = std::move(recorded);
     }
+    const bool withOpenGl = openGlAvailable();
+    m_hostWindow = std::make_unique<TectaroWindow>(m_host, *m_messages, *m_questions, withOpenGl);
+    QWidget* player = withOpenGl ? new PreviewWidget(m_scene) : nullptr;
+    m_windows = std::make_unique<MacroWindows>(m_daten, m_scene, player);
 
     HostConnectionFactory connect = [this]() -> std::unique_ptr<HostConnection> {
         auto connection = m_host.createConnection();

@@ -39,19 +39,21 @@ public:
     HelpWindow& help() { return m_help; }
     HostJournal* journal() { return m_journal.get(); }
     // The messages shown so far in a scripted session (none are kept otherwise).
-    const RecordedMessages* recordedMessages() const { return m_recorded; }
+    RecordedMessages* recordedMessages() const { return m_recorded; }
 
 private:
     std::ofstream m_journalFile;
     std::unique_ptr<HostJournal> m_journal;
+    // Message boxes and questions of the host and the macro.
+    std::unique_ptr<UserMessages> m_messages;
+    UserQuestions* m_questions = nullptr;
+    RecordedMessages* m_recorded = nullptr;
     TectaroHost m_host;
     std::unique_ptr<TectaroWindow> m_hostWindow;
     Daten m_daten;
     ViewerScene m_scene;
     std::unique_ptr<MacroWindows> m_windows;
     GuiProgramControl m_program;
-    std::unique_ptr<UserMessages> m_messages;
-    RecordedMessages* m_recorded = nullptr;
     HelpWindow m_help;
     std::unique_ptr<Macro> m_macro;
 };

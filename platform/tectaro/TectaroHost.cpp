@@ -2,6 +2,7 @@
 
 #include "base/ResumeNext.h"
 #include "host/HostEvents.h"
+#include "platform/system/AtomicFile.h"
 #include "platform/tectaro/ProgramFolder.h"
 #include "platform/tectaro/TectaroBuilding.h"
 #include "platform/tectaro/TectaroConnection.h"
@@ -130,6 +131,7 @@ void TectaroHost::postProjectClosed() {
             return;
         }
         m_project.reset();
+        m_saveFailed = false;
         m_click.reset();
         emit clickModeChanged(false);
         emit projectChanged();
@@ -140,6 +142,7 @@ void TectaroHost::postProjectClosed() {
 
 void TectaroHost::installProject(TectaroProject project) {
     m_project = std::move(project);
+    m_saveFailed = false;
     emit projectChanged();
     emit elementsChanged();
 }
@@ -199,6 +202,11 @@ bool TectaroHost::saveProject(const std::string& path, std::string* error) {
         return fail("the project has no file yet");
     }
     post([this, target]() {
+        // A connected macro hands its data over anew: what it does not hand over in this save
+        // (a failed pack) is not saved, rather than an older block standing in for it.
+        if (m_project && m_sink && m_connected) {
+            m_project->macroData.clear();
+        }
         std::int32_t chunks = 0;
         deliver([&](HostEvents& sink) { sink.exe_SaveStart(target, 1, false, chunks); });
         m_lastChunks = chunks; // by reference: the host reads what the handler left there
@@ -219,9 +227,11 @@ bool TectaroHost::saveProject(const std::string& path, std::string* error) {
         copy.saveNumber += 1;
         std::string reason;
         if (!copy.save(target, &reason)) {
+            m_saveFailed = true;
             emit projectSaveFailed(QString::fromStdString(reason));
             return;
         }
+        m_saveFailed = false;
         m_project->saveNumber = copy.saveNumber;
         m_project->path = target;
         emit projectChanged();
@@ -370,10 +380,9 @@ bool TectaroHost::loadMacroData(std::int32_t id, const std::string& path) {
     if (block == m_project->macroData.end()) {
         return false;
     }
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(block->second.data(), static_cast<std::streamsize>(block->second.size()));
-    out.close();
-    return static_cast<bool>(out);
+    AtomicFile out(path);
+    return out.create() && out.writeAll(block->second.data(), block->second.size()) &&
+           out.commit(AtomicFile::Sync::None);
 }
 
 void TectaroHost::commitElement(const std::shared_ptr<PlacedElement>& element) {

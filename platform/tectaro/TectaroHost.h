@@ -45,7 +45,11 @@ struct ClickRequest {
 // per turn of the event loop, and never inside another step (a handler that lets pending
 // events run, as packing does, does not start the next step). The orders:
 //   save:  exe_SaveStart (numChunksToSave read after the handler), exe_SaveBuilding(0, the
-//          building) once, then the project file is written with the data blocks handed over.
+//          building) once, then the project file is written with the data blocks the macro
+//          handed over during this save (none when it handed over none; a connected macro's
+//          older blocks are dropped at exe_SaveStart). A failed write leaves the file as it
+//          was, raises projectSaveFailed and marks the project (saveFailed) until it is saved,
+//          closed or replaced.
 //   open:  the file is read first (an unreadable file changes nothing and raises nothing);
 //          exe_ProjectClosed when a project is open, then the project is installed,
 //          exe_LoadBuilding(the building, saveNumber), exe_LoadBuilding(none, saveNumber),
@@ -104,6 +108,8 @@ public:
     bool macroConnected() const { return m_connected; }
     // Steps waiting on the queue or running.
     bool busy() const { return !m_steps.empty() || m_running; }
+    // The last save of the open project failed: its changes are on no disk.
+    bool saveFailed() const { return m_saveFailed; }
     // The numChunksToSave the macro answered at the last save.
     std::int32_t lastChunkCount() const { return m_lastChunks; }
 
@@ -161,6 +167,7 @@ private:
     std::string m_prompt;
     std::optional<std::pair<std::string, int>> m_progress;
     std::int32_t m_lastChunks = 0;
+    bool m_saveFailed = false;
 
     HostEvents* m_sink = nullptr;
     const void* m_sinkOwner = nullptr;

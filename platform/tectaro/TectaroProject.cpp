@@ -1,9 +1,9 @@
 #include "platform/tectaro/TectaroProject.h"
 
 #include "base/RuntimeError.h"
+#include "platform/system/AtomicFile.h"
 
 #include <QByteArray>
-#include <QSaveFile>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
@@ -131,14 +131,12 @@ TectaroProject TectaroProject::fromJson(const nlohmann::json& json) {
 }
 
 bool TectaroProject::save(const std::string& file, std::string* error) const {
-    QSaveFile out(QString::fromStdString(file));
+    AtomicFile out(file);
     const std::string text = toJson().dump(1);
-    if (!out.open(QIODevice::WriteOnly) ||
-        out.write(text.data(), static_cast<qint64>(text.size())) !=
-            static_cast<qint64>(text.size()) ||
-        !out.commit()) {
+    if (!out.create() || !out.writeAll(text.data(), text.size()) ||
+        !out.commit(AtomicFile::Sync::Data)) {
         if (error) {
-            *error = "cannot write " + file + ": " + out.errorString().toStdString();
+            *error = "cannot write " + file + ": " + out.errorText();
         }
         return false;
     }

@@ -31,7 +31,8 @@ struct TectaroProject {
     // Throws RuntimeError naming what is wrong.
     static TectaroProject fromJson(const nlohmann::json& json);
 
-    // Writes through a temporary file renamed into place; false with a reason on failure.
+    // Writes through AtomicFile, flushed to the disk: a failed save leaves the previous file as
+    // it was. False with a reason on failure.
     bool save(const std::string& file, std::string* error) const;
     static TectaroProject load(const std::string& file);
 };

@@ -1,5 +1,7 @@
 #include "platform/tectaro/widgets/TectaroWindow.h"
 
+#include "platform/system/UserMessages.h"
+#include "platform/system/UserQuestions.h"
 #include "platform/tectaro/TectaroHost.h"
 #include "platform/tectaro/widgets/BuildingView3D.h"
 #include "platform/tectaro/widgets/PlanView.h"
@@ -28,11 +30,13 @@ bool openGlAvailable() {
 const QString kProjectFilter = QStringLiteral("Tectaro projects (*.tproj);;All files (*)");
 } // namespace
 
-TectaroWindow::TectaroWindow(TectaroHost& host, QWidget* parent)
-    : TectaroWindow(host, openGlAvailable(), parent) {}
+TectaroWindow::TectaroWindow(TectaroHost& host, UserMessages& messages, UserQuestions& questions,
+                             QWidget* parent)
+    : TectaroWindow(host, messages, questions, openGlAvailable(), parent) {}
 
-TectaroWindow::TectaroWindow(TectaroHost& host, bool with3D, QWidget* parent)
-    : QMainWindow(parent), m_host(host) {
+TectaroWindow::TectaroWindow(TectaroHost& host, UserMessages& messages, UserQuestions& questions,
+                             bool with3D, QWidget* parent)
+    : QMainWindow(parent), m_host(host), m_messages(messages), m_questions(questions) {
     setObjectName(QStringLiteral("tectaroWindow"));
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     m_plan = new PlanView(host, splitter);
@@ -69,8 +73,13 @@ TectaroWindow::TectaroWindow(TectaroHost& host, bool with3D, QWidget* parent)
     });
     connect(&host, &TectaroHost::macroButtonChanged, this, &TectaroWindow::updateMacroButton);
     connect(&host, &TectaroHost::projectChanged, this, &TectaroWindow::updateTitle);
-    connect(&host, &TectaroHost::projectSaveFailed, this,
-            [this](const QString& error) { statusBar()->showMessage(error, 8000); });
+    connect(&host, &TectaroHost::projectSaveFailed, this, [this](const QString& error) {
+        m_messages.showMessage(
+            tr("The project could not be saved: %1\nIts file on the disk is unchanged.")
+                .arg(error)
+                .toStdString(),
+            UserMessages::Icon::Critical);
+    });
     updateMacroButton();
     updateTitle();
     resize(with3D ? 1200 : 700, 640);
@@ -132,11 +141,28 @@ bool TectaroWindow::pressMacroButton() {
     return m_host.pressMacroButton();
 }
 
-void TectaroWindow::newProject() {
+bool TectaroWindow::mayDiscardProject() {
+    return !m_host.saveFailed() ||
+           m_questions.askYesNo(tr("The project could not be saved, so its changes since the "
+                                   "last save are on no disk. Close it anyway and lose them?")
+                                    .toStdString());
+}
+
+bool TectaroWindow::newProject() {
+    if (!mayDiscardProject()) {
+        return false;
+    }
     m_host.newProject();
+    return true;
 }
 
 bool TectaroWindow::openProject(const std::string& path, std::string* error) {
+    if (!mayDiscardProject()) {
+        if (error) {
+            *error = "the open project was kept";
+        }
+        return false;
+    }
     return m_host.openProject(path, error);
 }
 
@@ -144,8 +170,12 @@ bool TectaroWindow::saveProject(const std::string& path, std::string* error) {
     return m_host.saveProject(path, error);
 }
 
-void TectaroWindow::closeProject() {
+bool TectaroWindow::closeProject() {
+    if (!mayDiscardProject()) {
+        return false;
+    }
     m_host.closeProject();
+    return true;
 }
 
 bool TectaroWindow::screenshot(const std::string& path) {
@@ -153,13 +183,16 @@ bool TectaroWindow::screenshot(const std::string& path) {
 }
 
 void TectaroWindow::askOpen() {
+    if (!mayDiscardProject()) {
+        return;
+    }
     const QString file =
         QFileDialog::getOpenFileName(this, tr("Open project"), QString(), kProjectFilter);
     if (file.isEmpty()) {
         return;
     }
     std::string error;
-    if (!openProject(file.toStdString(), &error)) {
+    if (!m_host.openProject(file.toStdString(), &error)) {
         QMessageBox::warning(this, tr("Open project"), QString::fromStdString(error));
     }
 }
@@ -189,6 +222,10 @@ void TectaroWindow::askSave() {
 }
 
 void TectaroWindow::closeEvent(QCloseEvent* event) {
+    if (!mayDiscardProject()) {
+        event->ignore();
+        return;
+    }
     m_host.exitProgram();
     event->accept();
 }

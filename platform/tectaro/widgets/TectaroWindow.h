@@ -13,6 +13,8 @@ namespace pluvarine {
 class BuildingView3D;
 class PlanView;
 class TectaroHost;
+class UserMessages;
+class UserQuestions;
 
 // The stand-in host's main window: a toolbar with new, open, save and close project and the
 // macro's button (its image, tooltip, shown and enabled state as the macro sets them), the plan
@@ -20,14 +22,21 @@ class TectaroHost;
 // progress bar. Closing the window raises exe_ProgramExit.
 //
 // The entry points below are what a script or a test uses; each does what the toolbar or a
-// click in the plan does, without dialogs.
+// click in the plan does, without file dialogs.
+//
+// Like any desktop program it tells the user when a save of the project failed (the file on the
+// disk is then unchanged), and after a failed save it asks before anything closes the project
+// (close, new, open, exit): the answer No keeps the project open, and the entry point returns
+// false.
 class TectaroWindow : public QMainWindow {
     Q_OBJECT
 public:
     // The 3D view needs OpenGL: leave it out (with3D false) where there is none, as on the
     // offscreen platform, which is also the default there.
-    explicit TectaroWindow(TectaroHost& host, QWidget* parent = nullptr);
-    TectaroWindow(TectaroHost& host, bool with3D, QWidget* parent = nullptr);
+    TectaroWindow(TectaroHost& host, UserMessages& messages, UserQuestions& questions,
+                  QWidget* parent = nullptr);
+    TectaroWindow(TectaroHost& host, UserMessages& messages, UserQuestions& questions, bool with3D,
+                  QWidget* parent = nullptr);
 
     TectaroHost& host() { return m_host; }
     PlanView& planView() { return *m_plan; }
@@ -38,11 +47,11 @@ public:
     bool clickAt(QPointF plan);
     // The macro's toolbar button; false when it is hidden, disabled or missing.
     bool pressMacroButton();
-    void newProject();
+    bool newProject();
     bool openProject(const std::string& path, std::string* error = nullptr);
     // Empty path: the project's own file.
     bool saveProject(const std::string& path = {}, std::string* error = nullptr);
-    void closeProject();
+    bool closeProject();
     // Writes the window as it shows now to a PNG file.
     bool screenshot(const std::string& path);
 
@@ -55,8 +64,12 @@ private:
     void updateTitle();
     void askOpen();
     void askSave();
+    // True when the open project may go: its last save did not fail, or the user agrees.
+    bool mayDiscardProject();
 
     TectaroHost& m_host;
+    UserMessages& m_messages;
+    UserQuestions& m_questions;
     PlanView* m_plan = nullptr;
     BuildingView3D* m_view3D = nullptr;
     QAction* m_macroAction = nullptr;

@@ -1,5 +1,6 @@
 #include "TectaroTestSupport.h"
 #include "platform/tectaro/TectaroProject.h"
+#include "tests/support/FaultyFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -141,4 +142,44 @@ TEST_F(HostFixture, FailuresChangeNothingAndRaiseNothingAndTheObjectsFailAsHostE
     EXPECT_THROW(building->GetRoofList(), RuntimeError);
     EXPECT_THROW(connection->GetVersionText(), RuntimeError);
     connection.reset(); // no crash
+}
+
+// A save into a folder that cannot be written or onto a full disk fails with the reason, leaves
+// the project file as it was and marks the project until a save succeeds. A save hands over
+// only the blocks the macro gives in it: none, after a failed pack.
+TEST_F(HostFixture, AFailedSaveKeepsTheFileAndIsReportedAndOnlyTodaysBlocksAreSaved) {
+    bool handOver = true;
+    events.reaction = [&](const std::string& event) {
+        if (event == "SaveBuilding" && handOver) {
+            writeFile(path("pluvarine.dat"), "archive");
+            connection->SaveMacroData(macroDataId, path("pluvarine.dat"));
+        }
+    };
+    std::vector<QString> failures;
+    QObject::connect(host.get(), &TectaroHost::projectSaveFailed,
+                     [&](const QString& reason) { failures.push_back(reason); });
+    std::filesystem::create_directory(path("projects"));
+    const std::string file = path("projects/p.tproj");
+    ASSERT_TRUE(host->saveProject(file));
+    run();
+    const std::string saved = readFile(file);
+    for (const bool full : {false, true}) {
+        test::FaultyFolder projects(path("projects"));
+        if (!(full ? projects.makeFull() : projects.makeReadOnly())) {
+            continue; // a full disk needs mount rights
+        }
+        ASSERT_TRUE(host->saveProject(file));
+        run();
+        ASSERT_FALSE(failures.empty());
+        EXPECT_TRUE(failures.back().contains(QString::fromStdString(file)))
+            << failures.back().toStdString();
+        EXPECT_TRUE(host->saveFailed());
+        EXPECT_EQ(readFile(file), saved);
+    }
+    handOver = false;
+    ASSERT_TRUE(host->saveProject(file));
+    run();
+    EXPECT_FALSE(host->saveFailed());
+    EXPECT_TRUE(TectaroProject::load(file).macroData.empty());
+    EXPECT_EQ(TectaroProject::load(file).saveNumber, 2);
 }

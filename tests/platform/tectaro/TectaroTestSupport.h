@@ -5,6 +5,8 @@
 #include "host/HostRoof.h"
 #include "host/HostRoofData.h"
 #include "host/HostRoofList.h"
+#include "platform/system/UserMessages.h"
+#include "platform/system/UserQuestions.h"
 #include "platform/tectaro/TectaroHost.h"
 
 #include <QCoreApplication>
@@ -104,6 +106,17 @@ struct SampleHost {
     std::int32_t unusedId = 0;
     std::array<float, 6> six{1, 1, 1, 1, 1, 1};
     bool unusedFlag = false;
+};
+
+// The host window's message boxes and questions: kept, questions answered with `answer`.
+struct RecordingMessages : UserMessages, UserQuestions {
+    std::vector<std::string> messages, questions;
+    bool answer = false;
+    void showMessage(const std::string& text, Icon) override { messages.push_back(text); }
+    bool askYesNo(const std::string& text) override {
+        questions.push_back(text);
+        return answer;
+    }
 };
 
 // The sample host with the macro connected: `events` is its event sink.

@@ -11,7 +11,8 @@ using namespace pluvarine;
 
 TEST(BuildingView3D, ShowsTheHouse) {
     test::SampleHost sample;
-    TectaroWindow window(*sample.host, true);
+    test::RecordingMessages messages;
+    TectaroWindow window(*sample.host, messages, messages, true);
     window.resize(1200, 640);
     window.show();
     ASSERT_NE(window.view3D(), nullptr);

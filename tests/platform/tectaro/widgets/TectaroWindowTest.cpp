@@ -10,7 +10,8 @@
 using namespace pluvarine;
 
 struct WindowFixture : test::ConnectedHost {
-    TectaroWindow window{*host};
+    test::RecordingMessages messages;
+    TectaroWindow window{*host, messages, messages};
     const QImage picture{30, 30, QImage::Format_ARGB32};
 
     void SetUp() override {
@@ -95,4 +96,38 @@ TEST_F(WindowFixture, SavingNamesTheWindowClosingExitsAndTheScreenshotShowsThePl
     const QPoint wall =
         window.planView().mapTo(&window, window.planView().toWidget({5, 0.15}).toPoint());
     EXPECT_LT(QImage(QString::fromStdString(path("plan.png"))).pixelColor(wall).lightness(), 200);
+}
+
+// A failed save is shown as a message; after it, closing, a new project, opening and the exit
+// each ask first, and No keeps the project open; once saved, nothing asks.
+TEST_F(WindowFixture, AfterAFailedSaveNothingClosesTheProjectWithoutAsking) {
+    ASSERT_TRUE(window.saveProject(path("no/such/folder/p.tproj")));
+    run();
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_NE(messages.messages[0].find("no/such/folder/p.tproj"), std::string::npos);
+    const std::function<bool()> closers[] = {
+        [&] { return window.closeProject(); },
+        [&] { return window.newProject(); },
+        [&] { return window.openProject(path("p.tproj")); },
+        [&] { return window.close(); },
+    };
+    for (const auto& close : closers) {
+        EXPECT_FALSE(close());
+        run();
+    }
+    EXPECT_EQ(messages.questions.size(), std::size(closers));
+    EXPECT_TRUE(host->hasProject() && window.isVisible());
+    messages.answer = true;
+    EXPECT_TRUE(window.closeProject());
+    run();
+    ASSERT_TRUE(window.newProject());
+    run();
+    ASSERT_TRUE(window.saveProject(path("p.tproj")));
+    run();
+    EXPECT_TRUE(window.closeProject() && window.close());
+    run();
+    EXPECT_EQ(messages.questions.size(), std::size(closers) + 1);
+    EXPECT_EQ(events.names,
+              (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed", "NewCurrentProject",
+                           "SaveStart", "SaveBuilding", "ProjectClosed", "ProgramExit"}));
 }
