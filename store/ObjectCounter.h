@@ -14,7 +14,8 @@ namespace pluvarine {
 // above the range the counter is 32767, below it -32768. This is the rule an insertion already
 // follows (an increment beyond 32767 is abandoned and the counter stays at 32767), so a damaged
 // or hand-edited Data.ini can never make the start-up or a project load lose the counter.
-// Within the range the conversion rounds half to even.
+// Within the range the conversion rounds half to even. A counter that stays at 32767 never
+// names a second file: unusedObjectNumber() below passes over numbers already used.
 
 // A number as a counter: round half to even, saturated to the 16-bit range.
 std::int16_t counterFromNumber(double number);

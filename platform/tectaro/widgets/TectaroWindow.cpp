@@ -75,7 +75,7 @@ TectaroWindow::TectaroWindow(TectaroHost& host, UserMessages& messages, UserQues
     connect(&host, &TectaroHost::projectChanged, this, &TectaroWindow::updateTitle);
     connect(&host, &TectaroHost::projectSaveFailed, this, [this](const QString& error) {
         m_messages.showMessage(
-            tr("The project could not be saved: %1\nIts file on the disk is unchanged.")
+            tr("The project could not be saved: %1\nNothing on the disk has changed.")
                 .arg(error)
                 .toStdString(),
             UserMessages::Icon::Critical);
