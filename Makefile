@@ -5,8 +5,9 @@ JOBS ?= $(shell nproc)
 DEV := build/dev
 REL := build/release
 FUZZ_SECONDS ?= 600
+SANITIZER_FUZZ_SECONDS ?= 60
 
-.PHONY: all deps configure build test run bench fuzz format clean
+.PHONY: all deps configure build test run bench fuzz check-sanitizers format clean
 
 all: build
 
@@ -36,6 +37,13 @@ fuzz: deps
 	cmake --preset fuzz >/dev/null
 	cmake --build --preset fuzz -j $(JOBS)
 	@bash tools/fuzz.sh build/fuzz $(FUZZ_SECONDS)
+
+check-sanitizers: deps
+	cmake --preset asan >/dev/null
+	cmake --build --preset asan -j $(JOBS)
+	cmake --preset fuzz >/dev/null
+	cmake --build --preset fuzz -j $(JOBS)
+	@bash tools/check-sanitizers.sh $(SANITIZER_FUZZ_SECONDS)
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
