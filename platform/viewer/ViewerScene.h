@@ -68,12 +68,17 @@ public:
                          const std::optional<SurfaceLook>& look = std::nullopt);
     // Removes every object; ids keep counting.
     void clear();
+    // Removes one object; an id not in the scene is ignored.
+    void remove(std::int32_t id);
+    // Places an object anew; an id not in the scene is ignored.
+    void setTransform(std::int32_t id, const Matrix4d& transform);
 
     const std::vector<ViewerObject>& objects() const { return m_objects; }
     const ViewerObject* object(std::int32_t id) const;
     std::int32_t currentObject() const { return m_current; }
     std::int32_t nextId() const { return m_nextId; }
-    // The drawn objects' extent in the scene frame (auxiliary objects left out).
+    // The drawn objects' extent in the scene frame (auxiliary objects left out); each object's
+    // own is kept with it, so this costs one step per object.
     Box3 bounds() const;
     // Counts every change; a view can tell whether it is up to date.
     std::uint64_t revision() const { return m_revision; }
@@ -90,6 +95,8 @@ private:
     ViewerObject* find(std::int32_t id);
     ViewerObject& current(const char* operation);
     std::int32_t append(std::shared_ptr<const PartModel> part, const Matrix4d& transform);
+    // Sets the transform and the object's bounds with it.
+    static void place(ViewerObject& object, const Matrix4d& transform);
     void notify(SceneChange change);
 
     std::shared_ptr<PartCache> m_cache;

@@ -82,7 +82,7 @@ void PreviewWidget::resizeGL(int, int) {
 
 void PreviewWidget::paintGL() {
     const QSize pixels = size() * devicePixelRatio();
-    if (moving()) {
+    if (moving() || !m_multisampling) {
         m_renderer.render(m_scene, m_camera, pixels);
         return;
     }

@@ -62,9 +62,23 @@ private:
         GLsizei indexCount = 0;
     };
 
+    // All objects of one mesh and look (and winding) of the scene, drawn in one call.
+    struct Batch {
+        std::shared_ptr<const MeshData> mesh;
+        SurfaceLook look;
+        bool mirrored = false;
+        GLsizei firstInstance = 0; // in the instance buffer
+        GLsizei count = 0;
+    };
+    // Per instance: the model matrix (16 floats) and the normal matrix (9), column-major.
+    static constexpr GLsizei kInstanceFloats = 25;
+
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
-    void drawMesh(const GpuMesh& mesh, const QMatrix4x4& model, const SurfaceLook& look);
+    // Groups the scene's objects into batches and uploads their matrices, when the scene has
+    // changed since the last frame.
+    void updateBatches(const ViewerScene& scene);
+    void drawBatch(const Batch& batch);
     // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
     // when the scene is empty or the camera is behind the wall.
     static std::optional<QMatrix4x4> wallTransform(const Box3& bounds, const OrbitCamera& camera);
@@ -80,6 +94,10 @@ private:
     std::map<const MeshData*, GpuMesh> m_meshes;
     GLuint m_outsideVao = 0; // the background around the wall, new each frame
     GLuint m_outsideBuffer = 0;
+    GLuint m_instanceBuffer = 0;
+    std::vector<Batch> m_batches;
+    const ViewerScene* m_batchScene = nullptr;
+    std::uint64_t m_batchRevision = 0;
 };
 
 } // namespace pluvarine
