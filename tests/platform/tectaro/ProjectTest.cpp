@@ -1,6 +1,8 @@
 #include "TectaroTestSupport.h"
 #include "platform/tectaro/TectaroProject.h"
 
+#include <QByteArray>
+#include <QFileInfo>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -45,6 +47,29 @@ TEST(TectaroProject, RoundTripsBuildingElementsMatricesAndDataBlocksByteForByte)
         EXPECT_TRUE(kept(*loaded.elements[i]) == kept(*project.elements[i])) << i;
     }
     EXPECT_EQ(loaded.macroData, project.macroData);
+
+    // The bytes are stored as they are, not a third larger as base64; the earlier JSON files
+    // with base64 read the same.
+    std::size_t bytes = 256;
+    for (const auto& element : project.elements) {
+        bytes += element->object.bytes.size();
+    }
+    EXPECT_LT(QFileInfo(QString::fromStdString(file)).size(), qint64(bytes + 8000));
+    nlohmann::json old = project.toJson();
+    const auto base64 = [](const std::string& bytes) {
+        return QByteArray::fromStdString(bytes).toBase64().toStdString();
+    };
+    for (std::size_t i = 0; i < 3; ++i) {
+        old["elements"][i]["object"] = base64(project.elements[i]->object.bytes);
+    }
+    for (auto& block : old["macroData"]) {
+        block["data"] = base64(project.macroData.at(block["id"].get<std::int32_t>()));
+    }
+    test::writeFile(file, old.dump(1));
+    const TectaroProject earlier = TectaroProject::load(file);
+    ASSERT_EQ(earlier.elements.size(), 3u);
+    EXPECT_TRUE(kept(*earlier.elements[2]) == kept(*project.elements[2]));
+    EXPECT_EQ(earlier.macroData, project.macroData);
 }
 
 // A project or building file with one entry set to a bad value is refused with an error that
