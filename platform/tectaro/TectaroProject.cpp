@@ -60,7 +60,7 @@ nlohmann::json TectaroProject::toJson() const {
         }
         elementList.push_back({{"name", element->object.name},
                                {"source", element->sourcePath},
-                               {"object", toBinary(element->object.bytes)},
+                               {"object", toBinary(element->object.bytes())},
                                {"matrix", matrix},
                                {"prepared", element->prepared}});
     }
@@ -136,8 +136,16 @@ TectaroProject TectaroProject::fromJson(const nlohmann::json& json) {
 }
 
 bool TectaroProject::save(const std::string& file, std::string* error) const {
+    std::vector<std::uint8_t> cbor;
+    try {
+        cbor = nlohmann::json::to_cbor(toJson());
+    } catch (const RuntimeError& failure) { // an element's kept bytes could not be read back
+        if (error) {
+            *error = "cannot write " + file + ": " + failure.description();
+        }
+        return false;
+    }
     QSaveFile out(QString::fromStdString(file));
-    const std::vector<std::uint8_t> cbor = nlohmann::json::to_cbor(toJson());
     const std::string_view text(reinterpret_cast<const char*>(cbor.data()), cbor.size());
     if (!out.open(QIODevice::WriteOnly) ||
         out.write(text.data(), static_cast<qint64>(text.size())) !=

@@ -218,7 +218,7 @@ std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part, const Ma
     object.part = std::move(part);
     place(object, transform);
     m_objects.push_back(std::move(object));
-    notify(SceneChange::Content);
+    notify(SceneChange::Content, true);
     return m_objects.back().id;
 }
 
@@ -236,8 +236,11 @@ void ViewerScene::place(ViewerObject& object, const Matrix4d& transform) {
     }
 }
 
-void ViewerScene::notify(SceneChange change) {
+void ViewerScene::notify(SceneChange change, bool appended) {
     ++m_revision;
+    if (!appended) {
+        ++m_layoutRevision;
+    }
     const auto observers = m_observers; // an observer may add or remove observers
     for (const auto& [handle, observer] : observers) {
         observer(change);

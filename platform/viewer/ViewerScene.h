@@ -82,6 +82,9 @@ public:
     Box3 bounds() const;
     // Counts every change; a view can tell whether it is up to date.
     std::uint64_t revision() const { return m_revision; }
+    // Counts every change but objects added at the end: while it stays, a view that has drawn
+    // the scene can draw only the objects added since.
+    std::uint64_t layoutRevision() const { return m_layoutRevision; }
     int fitRequests() const { return m_fitRequests; }
 
     int addObserver(Observer observer);
@@ -97,7 +100,7 @@ private:
     std::int32_t append(std::shared_ptr<const PartModel> part, const Matrix4d& transform);
     // Sets the transform and the object's bounds with it.
     static void place(ViewerObject& object, const Matrix4d& transform);
-    void notify(SceneChange change);
+    void notify(SceneChange change, bool appended = false);
 
     std::shared_ptr<PartCache> m_cache;
     MaterialCache m_materials;
@@ -105,6 +108,7 @@ private:
     std::int32_t m_nextId = 1;
     std::int32_t m_current = 0;
     std::uint64_t m_revision = 0;
+    std::uint64_t m_layoutRevision = 0;
     int m_fitRequests = 0;
     std::map<int, Observer> m_observers;
     int m_nextObserver = 1;

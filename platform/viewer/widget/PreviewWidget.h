@@ -42,9 +42,12 @@ public:
         update();
     }
 
-    // Multisampled frames when the view rests (on by default); off, every frame is plain.
+    // Multisampled frames when the view rests (on by default); off, every frame is plain and
+    // stays in the widget's framebuffer, so that objects added to the scene are drawn over
+    // the last frame when nothing else changed. Set before the widget is first shown.
     void setMultisampling(bool on) {
         m_multisampling = on;
+        setUpdateBehavior(on ? NoPartialUpdate : PartialUpdate);
         update();
     }
 

@@ -336,6 +336,7 @@ void SceneRenderer::release() {
     glDeleteBuffers(1, &m_instanceBuffer);
     m_batches.clear();
     m_batchScene = nullptr;
+    m_drawn.reset();
     m_program.reset();
     m_flatProgram.reset();
     m_initialized = false;
@@ -360,6 +361,7 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     if (!m_initialized) {
         initialize();
     }
+    m_drawn.reset();
     dropStale();
     glViewport(0, 0, pixels.width(), pixels.height());
     const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
@@ -393,16 +395,62 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     m_program->setUniformValue("cameraPosition", camera.eye());
     m_program->setUniformValue("clipPlane",
                                wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
-    updateBatches(scene);
+    updateBatches(scene, 0);
+    drawBatches();
+    glDisable(GL_CLIP_DISTANCE0);
+    m_program->release();
+    if (!wall) {
+        m_drawn = Drawn{&scene,
+                        scene.layoutRevision(),
+                        scene.objects().empty() ? 0 : scene.objects().back().id,
+                        viewProjection,
+                        camera.eye(),
+                        pixels};
+    }
+    return detail(bounds, outline, viewProjection, pixels);
+}
+
+bool SceneRenderer::renderAdditions(const ViewerScene& scene, const OrbitCamera& camera,
+                                    const QSize& pixels) {
+    const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
+    const QMatrix4x4 viewProjection = camera.projectionMatrix(aspect) * camera.viewMatrix();
+    if (!m_initialized || m_backdrop || !m_drawn || m_drawn->scene != &scene ||
+        m_drawn->layoutRevision != scene.layoutRevision() || m_drawn->pixels != pixels ||
+        m_drawn->viewProjection != viewProjection || m_drawn->eye != camera.eye() ||
+        !m_program->isLinked()) {
+        return false;
+    }
+    const auto& objects = scene.objects();
+    const auto first = std::upper_bound(
+        objects.begin(), objects.end(), m_drawn->lastId,
+        [](std::int32_t id, const ViewerObject& object) { return id < object.id; });
+    if (first == objects.end()) {
+        return true; // the frame shows it all
+    }
+    glViewport(0, 0, pixels.width(), pixels.height());
+    glEnable(GL_CLIP_DISTANCE0);
+    glEnable(GL_DEPTH_TEST);
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_BACK);
+    m_program->bind();
+    m_program->setUniformValue("viewProjection", viewProjection);
+    m_program->setUniformValue("cameraPosition", camera.eye());
+    m_program->setUniformValue("clipPlane", QVector4D(0, 0, 0, 1));
+    updateBatches(scene, static_cast<std::size_t>(first - objects.begin()));
+    drawBatches();
+    glDisable(GL_CLIP_DISTANCE0);
+    m_program->release();
+    m_drawn->lastId = objects.back().id;
+    return true;
+}
+
+void SceneRenderer::drawBatches() {
     for (const Batch& batch : m_batches) {
         // A mirroring placement (a negative scale) turns the winding round.
         glFrontFace(batch.mirrored ? GL_CW : GL_CCW);
         drawBatch(batch);
     }
     glFrontFace(GL_CCW);
-    glDisable(GL_CLIP_DISTANCE0);
-    m_program->release();
-    return detail(bounds, outline, viewProjection, pixels);
 }
 
 void SceneRenderer::resolve(const Detail& detail, GLuint multisampled, GLuint target,
@@ -490,18 +538,21 @@ void SceneRenderer::drawAroundWall(const std::vector<QPointF>& outline) {
     m_flatProgram->release();
 }
 
-void SceneRenderer::updateBatches(const ViewerScene& scene) {
-    if (m_batchScene == &scene && m_batchRevision == scene.revision()) {
+void SceneRenderer::updateBatches(const ViewerScene& scene, std::size_t first) {
+    if (m_batchScene == &scene && m_batchRevision == scene.revision() && m_batchFirst == first) {
         return;
     }
     m_batchScene = &scene;
     m_batchRevision = scene.revision();
+    m_batchFirst = first;
     // Batches in the order their first object comes in the scene, instances in scene order:
     // where surfaces meet at the same depth, the same one wins as when drawn one by one.
     m_batches.clear();
     std::map<std::pair<const MeshData*, bool>, std::vector<std::size_t>> index;
     std::vector<std::vector<float>> instances;
-    for (const auto& object : scene.objects()) {
+    for (auto it = scene.objects().begin() + std::ptrdiff_t(first); it != scene.objects().end();
+         ++it) {
+        const ViewerObject& object = *it;
         if (!object.drawn()) {
             continue;
         }

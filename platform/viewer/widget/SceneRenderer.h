@@ -39,6 +39,12 @@ public:
     void initialize();
     // Renders into the bound framebuffer, viewport `pixels`.
     Detail render(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
+    // Draws only the objects added to the scene since the last frame, over that frame, when
+    // nothing else has changed (the view, the size, the other objects) and there is no backdrop:
+    // an insertion into a scene of thousands of objects then costs what the new ones cost. The
+    // bound framebuffer must still hold the last frame, colour and depth. False, and nothing
+    // drawn, when a whole frame is needed.
+    bool renderAdditions(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
     // Resolves a multisampled frame into a single-sampled framebuffer of the same size, which
     // is left bound. llvmpipe's resolve costs almost half as much as the frame, so only the
     // detail is resolved and the rest cleared to its colour.
@@ -75,9 +81,10 @@ private:
 
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
-    // Groups the scene's objects into batches and uploads their matrices, when the scene has
-    // changed since the last frame.
-    void updateBatches(const ViewerScene& scene);
+    // Groups the scene's objects from index `first` on into batches and uploads their
+    // matrices, when the scene has changed since the last frame.
+    void updateBatches(const ViewerScene& scene, std::size_t first);
+    void drawBatches();
     void drawBatch(const Batch& batch);
     // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
     // when the scene is empty or the camera is behind the wall.
@@ -98,6 +105,17 @@ private:
     std::vector<Batch> m_batches;
     const ViewerScene* m_batchScene = nullptr;
     std::uint64_t m_batchRevision = 0;
+    std::size_t m_batchFirst = 0;
+    // What the last frame showed, for renderAdditions().
+    struct Drawn {
+        const ViewerScene* scene = nullptr;
+        std::uint64_t layoutRevision = 0;
+        std::int32_t lastId = 0;
+        QMatrix4x4 viewProjection;
+        QVector3D eye;
+        QSize pixels;
+    };
+    std::optional<Drawn> m_drawn;
 };
 
 } // namespace pluvarine
