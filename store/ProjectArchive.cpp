@@ -149,11 +149,37 @@ void reportProgress(ProgressSink& progress, const std::string& text, std::size_t
     }
 }
 
+// Copies like copyFileBytes, in pieces of kCopyPiece bytes with events let run between them,
+// so that a large file does not hold up the window for all of its length. The re-entry rule
+// is that of the whole pack or unpack (archiveOperationRunning()).
+constexpr std::int64_t kCopyPiece = 8 << 20;
+
+CopyResult copyPumping(int from, std::int64_t fromOffset, int to, std::int64_t toOffset,
+                       std::int64_t count, const EventPump& pumpEvents) {
+    CopyResult total;
+    while (total.bytes < count) {
+        const std::int64_t want = std::min(kCopyPiece, count - total.bytes);
+        const CopyResult piece =
+            copyFileBytes(from, fromOffset + total.bytes, to, toOffset + total.bytes, want);
+        total.bytes += piece.bytes;
+        if (piece.failure != CopyResult::Failure::None || piece.bytes < want) {
+            total.failure = piece.failure;
+            total.errorText = piece.errorText;
+            break;
+        }
+        if (total.bytes < count && pumpEvents) {
+            tryStep(pumpEvents);
+        }
+    }
+    return total;
+}
+
 // Appends the record of one file at offset; returns the new end of the archive, or nullopt with
 // a problem when the file is left out. Failures to write the archive throw.
 std::optional<std::int64_t> packOne(const std::string& folder, const std::string& name,
                                     const AtomicFile& out, std::int64_t offset,
-                                    const std::string& archive, PackResult& result) {
+                                    const std::string& archive, PackResult& result,
+                                    const EventPump& pumpEvents) {
     auto leaveOut = [&](const std::string& reason) -> std::optional<std::int64_t> {
         result.problems.push_back({name, reason});
         return std::nullopt;
@@ -184,7 +210,8 @@ std::optional<std::int64_t> packOne(const std::string& folder, const std::string
         archiveWriteFailed(archive, errorText);
     }
     const std::int64_t dataOffset = offset + static_cast<std::int64_t>(header.size());
-    const CopyResult copied = copyFileBytes(in.get(), 0, out.descriptor(), dataOffset, size);
+    const CopyResult copied =
+        copyPumping(in.get(), 0, out.descriptor(), dataOffset, size, pumpEvents);
     if (copied.failure == CopyResult::Failure::Write) {
         archiveWriteFailed(archive, copied.errorText);
     }
@@ -228,7 +255,7 @@ PackResult PackFolder(const std::string& folder, const std::string& archive,
     std::int64_t end = 4; // after the count, which is written last
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (const std::optional<std::int64_t> next =
-                packOne(source, names[i], out, end, archive, result)) {
+                packOne(source, names[i], out, end, archive, result, pumpEvents)) {
             end = *next;
             ++result.count;
         }
@@ -297,8 +324,8 @@ std::int32_t UnpackFolder(const std::string& archive, const std::string& folder,
             throw RuntimeError(RuntimeError::PathFileAccess,
                                "\"" + entry.name + "\" cannot be restored: " + file.errorText());
         }
-        const CopyResult copied =
-            copyFileBytes(in.get(), entry.dataOffset, file.descriptor(), 0, entry.dataLength);
+        const CopyResult copied = copyPumping(in.get(), entry.dataOffset, file.descriptor(), 0,
+                                              entry.dataLength, pumpEvents);
         if (copied.failure != CopyResult::Failure::None || copied.bytes != entry.dataLength ||
             !file.finish(AtomicFile::Sync::None)) {
             const std::string reason =

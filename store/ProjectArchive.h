@@ -24,8 +24,9 @@ struct PackResult {
 // Packs the ordinary files directly inside folder whose names match pattern (Windows wildcards,
 // "*.*" is every file) into archive, in name order: no sub-folders, no dot-files, no links or
 // devices. After each file: ShowProgress(string 4000, 100 / N * i rounded half to even) and
-// pumpEvents(); at the end EndProgress(). Failures of the progress display or of an event
-// handler do not stop the packing.
+// pumpEvents(); pumpEvents() also after every 8 MiB of a larger file, so the window stays
+// responsive while it is copied; at the end EndProgress(). Failures of the progress display or of
+// an event handler do not stop the packing.
 //
 // The archive is written beside its place under a temporary name and renamed into place when
 // complete, so an interrupted or failed pack leaves the previous archive whole. It is not

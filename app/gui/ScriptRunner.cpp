@@ -14,12 +14,14 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QOpenGLWidget>
 #include <QVector3D>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <sys/resource.h>
 
 namespace pluvarine {
 
@@ -78,6 +80,24 @@ Json vector3(const QVector3D& v) {
     return Json::array({v.x(), v.y(), v.z()});
 }
 
+// The process's CPU time, all threads (the GL rasteriser has its own), user and system.
+double processCpuMs() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
+           (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+}
+
+long residentKiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("VmRSS:", 0) == 0) {
+            return std::stol(line.substr(6));
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_session(session) {
@@ -97,6 +117,14 @@ ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_
     }
     m_timer.setInterval(10);
     connect(&m_timer, &QTimer::timeout, this, &ScriptRunner::tick);
+    for (QWidget* top : {static_cast<QWidget*>(&m_session.hostWindow()),
+                         static_cast<QWidget*>(&m_session.windows().main())}) {
+        for (QOpenGLWidget* view : top->findChildren<QOpenGLWidget*>()) {
+            m_firstFrames.emplace_back(view);
+            connect(view, &QOpenGLWidget::frameSwapped, this,
+                    [this, view] { std::erase(m_firstFrames, QPointer<QOpenGLWidget>(view)); });
+        }
+    }
 }
 
 void ScriptRunner::start() {
@@ -105,8 +133,12 @@ void ScriptRunner::start() {
 }
 
 bool ScriptRunner::settled() const {
-    return !m_session.host().busy() && !m_session.windows().main().isTimer1Enabled() &&
-           !archiveOperationRunning() && now() >= m_waitUntil;
+    const bool framesShown =
+        std::none_of(m_firstFrames.begin(), m_firstFrames.end(),
+                     [](const QPointer<QOpenGLWidget>& view) { return view && view->isVisible(); });
+    return framesShown && !m_session.host().busy() &&
+           !m_session.windows().main().isTimer1Enabled() && !archiveOperationRunning() &&
+           now() >= m_waitUntil;
 }
 
 void ScriptRunner::tick() {
@@ -323,6 +355,7 @@ void ScriptRunner::screenshot(const Json& step) {
 }
 
 void ScriptRunner::writeState(const Json& step) {
+    const double cpuBefore = processCpuMs();
     const std::string file = text(step, "file");
     Session& s = m_session;
     const Daten& daten = s.daten();
@@ -420,8 +453,13 @@ void ScriptRunner::writeState(const Json& step) {
     if (const RecordedMessages* recorded = s.recordedMessages()) {
         messages = recorded->messages();
     }
-    const Json state{
-        {"macro", macroState}, {"host", hostState}, {"obj", obj}, {"messages", messages}};
+    const Json process{
+        {"cpuMsBefore", cpuBefore}, {"cpuMsAfter", processCpuMs()}, {"residentKiB", residentKiB()}};
+    const Json state{{"macro", macroState},
+                     {"host", hostState},
+                     {"obj", obj},
+                     {"messages", messages},
+                     {"process", process}};
     QDir().mkpath(QFileInfo(QString::fromStdString(file)).absolutePath());
     std::ofstream out(file, std::ios::trunc);
     out << state.dump(2) << '\n';

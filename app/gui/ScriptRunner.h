@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
+class QOpenGLWidget;
 class QWidget;
 
 namespace pluvarine {
@@ -15,8 +18,8 @@ class Session;
 // host's plan, the macro's toolbar button, buttons and fields of the macro's windows, the
 // material list, the choice dialog, the host's project commands, screenshots, the end. Before
 // each step it waits until the session has settled: the host's event queue empty, the wall
-// pick's second rebuild done, no archive being packed or unpacked. The script format is in the
-// README ("Scripted sessions").
+// pick's second rebuild done, no archive being packed or unpacked, every shown 3D view's first
+// frame on the screen. The script format is in the README ("Scripted sessions").
 class ScriptRunner : public QObject {
     Q_OBJECT
 public:
@@ -57,6 +60,7 @@ private:
     qint64 m_waitUntil = 0; // a "wait" step: no step before this time (ms since epoch)
     qint64 m_stepStarted = 0;
     int m_exitCode = 0;
+    std::vector<QPointer<QOpenGLWidget>> m_firstFrames; // 3D views that have not shown a frame
 };
 
 } // namespace pluvarine

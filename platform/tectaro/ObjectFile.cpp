@@ -29,7 +29,7 @@ ObjectFile ObjectFile::fromBytes(std::string bytes, const std::string& name) {
         // The reader speaks for the viewer; to the macro this is the host refusing the file.
         throw RuntimeError(RuntimeError::HostError, error.description());
     }
-    file.bytes = std::move(bytes);
+    file.spooled = std::make_shared<const SpooledBytes>(std::move(bytes));
     Box3 box;
     for (const GlbItem& item : file.content->items) {
         if (item.auxiliary || file.content->auxiliary || !item.mesh) {

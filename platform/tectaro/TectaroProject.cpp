@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace pluvarine {
@@ -17,15 +18,18 @@ constexpr const char* formatName = "tectaro-project";
     throw RuntimeError(RuntimeError::HostError, "project file: " + what);
 }
 
-std::string toBase64(const std::string& bytes) {
-    return QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()))
-        .toBase64()
-        .toStdString();
+nlohmann::json toBinary(const std::string& bytes) {
+    return nlohmann::json::binary(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
 }
 
-std::string fromBase64(const nlohmann::json& value, const std::string& where) {
+// Bytes, or base64 text as older project files have them.
+std::string bytesOf(const nlohmann::json& value, const std::string& where) {
+    if (value.is_binary()) {
+        const auto& bytes = value.get_binary();
+        return std::string(bytes.begin(), bytes.end());
+    }
     if (!value.is_string()) {
-        fail(where + " must be a base64 text");
+        fail(where + " must be bytes or a base64 text");
     }
     const std::string& text = value.get_ref<const std::string&>();
     auto decoded = QByteArray::fromBase64Encoding(QByteArray::fromStdString(text),
@@ -55,13 +59,13 @@ nlohmann::json TectaroProject::toJson() const {
         }
         elementList.push_back({{"name", element->object.name},
                                {"source", element->sourcePath},
-                               {"object", toBase64(element->object.bytes)},
+                               {"object", toBinary(element->object.bytes())},
                                {"matrix", matrix},
                                {"prepared", element->prepared}});
     }
     nlohmann::json blocks = nlohmann::json::array();
     for (const auto& [id, data] : macroData) {
-        blocks.push_back({{"id", id}, {"data", toBase64(data)}});
+        blocks.push_back({{"id", id}, {"data", toBinary(data)}});
     }
     return {{"format", formatName},     {"version", 1},
             {"saveNumber", saveNumber}, {"building", building->toJson()},
@@ -96,7 +100,7 @@ TectaroProject TectaroProject::fromJson(const nlohmann::json& json) {
             fail(where + ": \"name\" must be a text");
         }
         element->object = ObjectFile::fromBytes(
-            fromBase64(member(entry, "object", where), where + ".object"), name.get<std::string>());
+            bytesOf(member(entry, "object", where), where + ".object"), name.get<std::string>());
         const nlohmann::json& source = entry.value("source", nlohmann::json(""));
         element->sourcePath = source.is_string() ? source.get<std::string>() : std::string();
         const nlohmann::json& matrix = member(entry, "matrix", where);
@@ -125,15 +129,23 @@ TectaroProject TectaroProject::fromJson(const nlohmann::json& json) {
             fail(where + ": \"id\" must be a 32-bit whole number");
         }
         project.macroData[id.get<std::int32_t>()] =
-            fromBase64(member(blocks[i], "data", where), where + ".data");
+            bytesOf(member(blocks[i], "data", where), where + ".data");
     }
     return project;
 }
 
 bool TectaroProject::save(const std::string& file, std::string* error) const {
+    std::vector<std::uint8_t> cbor;
+    try {
+        cbor = nlohmann::json::to_cbor(toJson());
+    } catch (const RuntimeError& failure) { // an element's kept bytes could not be read back
+        if (error) {
+            *error = "cannot write " + file + ": " + failure.description();
+        }
+        return false;
+    }
     AtomicFile out(file);
-    const std::string text = toJson().dump(1);
-    if (!out.create() || !out.writeAll(text.data(), text.size()) ||
+    if (!out.create() || !out.writeAll(reinterpret_cast<const char*>(cbor.data()), cbor.size()) ||
         !out.commit(AtomicFile::Sync::Data)) {
         if (error) {
             *error = "cannot write " + file + ": " + out.errorText();
@@ -148,9 +160,14 @@ TectaroProject TectaroProject::load(const std::string& file) {
     if (!in) {
         throw RuntimeError(RuntimeError::FileNotFound, "cannot read the project " + file);
     }
-    const nlohmann::json json = nlohmann::json::parse(in, nullptr, false);
+    const std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    // JSON text (older files) opens with '{', after white space at most; CBOR with a map's byte.
+    const std::size_t first = content.find_first_not_of(" \t\r\n");
+    const bool text = first != std::string::npos && content[first] == '{';
+    const nlohmann::json json = text ? nlohmann::json::parse(content, nullptr, false)
+                                     : nlohmann::json::from_cbor(content, true, false);
     if (json.is_discarded()) {
-        throw RuntimeError(RuntimeError::HostError, file + " is not a project file (no JSON)");
+        throw RuntimeError(RuntimeError::HostError, file + " is not a project file");
     }
     TectaroProject project = fromJson(json);
     project.path = file;

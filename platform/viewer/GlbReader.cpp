@@ -1,6 +1,7 @@
 #include "platform/viewer/GlbReader.h"
 
 #include "base/RuntimeError.h"
+#include "platform/viewer/MeshPool.h"
 
 #include <cmath>
 #include <cstring>
@@ -105,7 +106,7 @@ private:
                 item.nodeName = node.name;
                 item.transform = transform;
                 item.auxiliary = aux;
-                item.mesh = mesh(primitive);
+                item.mesh = MeshPool::share(mesh(primitive));
                 item.look = look(primitive.material);
                 content.items.push_back(std::move(item));
             }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/viewer/Box3.h"
 #include "platform/viewer/Matrix4d.h"
 #include "platform/viewer/PartModel.h"
 #include "platform/viewer/SurfaceLook.h"
@@ -19,6 +20,7 @@ struct ViewerObject {
     Matrix4d transform;
     std::optional<SurfaceLook> material; // the applied material; none: the part's own look
     bool committed = false;
+    Box3 bounds; // the drawn extent in the scene frame, kept up to date by the scene
 
     bool drawn() const { return part && !part->auxiliary; }
     // The look of piece `index`: the applied material or the part's own.

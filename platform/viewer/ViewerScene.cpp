@@ -41,6 +41,7 @@ void ViewerScene::LoadScene(const std::string& sceneFile) {
         ViewerObject object;
         object.part = std::move(base);
         object.committed = true;
+        place(object, Matrix4d());
         m_objects.push_back(std::move(object));
         notify(SceneChange::Content);
     }
@@ -56,23 +57,23 @@ void ViewerScene::CurrentObject(std::int32_t id) {
 
 bool ViewerScene::ScaleObject(float sx, float sy, float sz) {
     ViewerObject& object = current("ScaleObject");
-    object.transform = placed(object.transform.translationPart(),
-                              Matrix4d::scaling(sx, sy, sz) * linearPart(object.transform));
+    place(object, placed(object.transform.translationPart(),
+                         Matrix4d::scaling(sx, sy, sz) * linearPart(object.transform)));
     notify(SceneChange::Placement);
     return true;
 }
 
 bool ViewerScene::MoveObject(float x, float y, float z) {
     ViewerObject& object = current("MoveObject");
-    object.transform = placed({x, y, z}, linearPart(object.transform));
+    place(object, placed({x, y, z}, linearPart(object.transform)));
     notify(SceneChange::Placement);
     return true;
 }
 
 bool ViewerScene::RotateObject(float ax, float ay, float az, float angle) {
     ViewerObject& object = current("RotateObject");
-    object.transform = placed(object.transform.translationPart(),
-                              Matrix4d::rotation(ax, ay, az, angle) * linearPart(object.transform));
+    place(object, placed(object.transform.translationPart(),
+                         Matrix4d::rotation(ax, ay, az, angle) * linearPart(object.transform)));
     notify(SceneChange::Placement);
     return true;
 }
@@ -150,6 +151,20 @@ void ViewerScene::clear() {
     notify(SceneChange::Content);
 }
 
+void ViewerScene::remove(std::int32_t id) {
+    if (ViewerObject* object = find(id)) {
+        m_objects.erase(m_objects.begin() + (object - m_objects.data()));
+        notify(SceneChange::Content);
+    }
+}
+
+void ViewerScene::setTransform(std::int32_t id, const Matrix4d& transform) {
+    if (ViewerObject* object = find(id)) {
+        place(*object, transform);
+        notify(SceneChange::Placement);
+    }
+}
+
 const ViewerObject* ViewerScene::object(std::int32_t id) const {
     return const_cast<ViewerScene*>(this)->find(id);
 }
@@ -157,14 +172,8 @@ const ViewerObject* ViewerScene::object(std::int32_t id) const {
 Box3 ViewerScene::bounds() const {
     Box3 box;
     for (const auto& object : m_objects) {
-        if (!object.drawn()) {
-            continue;
-        }
-        for (const auto& piece : object.part->pieces) {
-            const auto& p = piece.mesh->positions;
-            for (std::size_t i = 0; i + 2 < p.size(); i += 3) {
-                box.add(object.transform.map({p[i], p[i + 1], p[i + 2]}));
-            }
+        if (object.drawn()) {
+            box.add(object.bounds);
         }
     }
     return box;
@@ -207,14 +216,31 @@ std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part, const Ma
     ViewerObject object;
     object.id = m_nextId++;
     object.part = std::move(part);
-    object.transform = transform;
+    place(object, transform);
     m_objects.push_back(std::move(object));
-    notify(SceneChange::Content);
+    notify(SceneChange::Content, true);
     return m_objects.back().id;
 }
 
-void ViewerScene::notify(SceneChange change) {
+void ViewerScene::place(ViewerObject& object, const Matrix4d& transform) {
+    object.transform = transform;
+    object.bounds = Box3();
+    if (!object.part) {
+        return;
+    }
+    for (const auto& piece : object.part->pieces) {
+        const auto& p = piece.mesh->positions;
+        for (std::size_t i = 0; i + 2 < p.size(); i += 3) {
+            object.bounds.add(transform.map({p[i], p[i + 1], p[i + 2]}));
+        }
+    }
+}
+
+void ViewerScene::notify(SceneChange change, bool appended) {
     ++m_revision;
+    if (!appended) {
+        ++m_layoutRevision;
+    }
     const auto observers = m_observers; // an observer may add or remove observers
     for (const auto& [handle, observer] : observers) {
         observer(change);

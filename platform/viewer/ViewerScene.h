@@ -68,15 +68,23 @@ public:
                          const std::optional<SurfaceLook>& look = std::nullopt);
     // Removes every object; ids keep counting.
     void clear();
+    // Removes one object; an id not in the scene is ignored.
+    void remove(std::int32_t id);
+    // Places an object anew; an id not in the scene is ignored.
+    void setTransform(std::int32_t id, const Matrix4d& transform);
 
     const std::vector<ViewerObject>& objects() const { return m_objects; }
     const ViewerObject* object(std::int32_t id) const;
     std::int32_t currentObject() const { return m_current; }
     std::int32_t nextId() const { return m_nextId; }
-    // The drawn objects' extent in the scene frame (auxiliary objects left out).
+    // The drawn objects' extent in the scene frame (auxiliary objects left out); each object's
+    // own is kept with it, so this costs one step per object.
     Box3 bounds() const;
     // Counts every change; a view can tell whether it is up to date.
     std::uint64_t revision() const { return m_revision; }
+    // Counts every change but objects added at the end: while it stays, a view that has drawn
+    // the scene can draw only the objects added since.
+    std::uint64_t layoutRevision() const { return m_layoutRevision; }
     int fitRequests() const { return m_fitRequests; }
 
     int addObserver(Observer observer);
@@ -90,7 +98,9 @@ private:
     ViewerObject* find(std::int32_t id);
     ViewerObject& current(const char* operation);
     std::int32_t append(std::shared_ptr<const PartModel> part, const Matrix4d& transform);
-    void notify(SceneChange change);
+    // Sets the transform and the object's bounds with it.
+    static void place(ViewerObject& object, const Matrix4d& transform);
+    void notify(SceneChange change, bool appended = false);
 
     std::shared_ptr<PartCache> m_cache;
     MaterialCache m_materials;
@@ -98,6 +108,7 @@ private:
     std::int32_t m_nextId = 1;
     std::int32_t m_current = 0;
     std::uint64_t m_revision = 0;
+    std::uint64_t m_layoutRevision = 0;
     int m_fitRequests = 0;
     std::map<int, Observer> m_observers;
     int m_nextObserver = 1;

@@ -76,6 +76,17 @@ TEST_F(ArchiveFormat, ProgressForEightFilesRoundsHalfToEven) {
     }
 }
 
+// A large file lets events run while it is copied, not only after it.
+TEST_F(ArchiveRoundTrip, ALargeFileLetsEventsRunWhileItIsCopied) {
+    put({{" 1.tob", randomBytes((20 << 20) + 1, 3)}});
+    for (const int text : {4000, 4001}) {
+        int pumps = 0;
+        const EventPump pump = [&pumps] { ++pumps; };
+        EXPECT_EQ(text == 4000 ? pack(pump).count : unpack(pump), 1);
+        EXPECT_EQ(pumps, 2 + 1) << text; // after 8 and 16 MiB, and after the file
+    }
+}
+
 TEST_F(ArchiveRoundTrip, ReproducesEveryFileByteForByte) {
     put({{"Data.ini", "[SEKTION]\r\nEINTRAG= 12\r\n"},
          {" 1.tob", randomBytes(70000, 1)},

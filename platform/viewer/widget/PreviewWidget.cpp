@@ -82,6 +82,13 @@ void PreviewWidget::resizeGL(int, int) {
 
 void PreviewWidget::paintGL() {
     const QSize pixels = size() * devicePixelRatio();
+    if (!m_multisampling) {
+        // The frame stays in the widget's framebuffer: an insertion draws only what it added.
+        if (!m_renderer.renderAdditions(m_scene, m_camera, pixels)) {
+            m_renderer.render(m_scene, m_camera, pixels);
+        }
+        return;
+    }
     if (moving()) {
         m_renderer.render(m_scene, m_camera, pixels);
         return;

@@ -31,12 +31,23 @@ public:
 
     // Aims the camera at the whole assembly, keeping the direction.
     void fitToView();
+    // True until the user moves the view: a fit (UpdateView, a double click) turns it on again.
+    bool followsFit() const { return m_followFit; }
     // Default direction, then fit.
     void resetView();
 
     // The wall backdrop behind the assembly (on by default); off for views of whole buildings.
     void setBackdrop(bool on) {
         m_renderer.setBackdrop(on);
+        update();
+    }
+
+    // Multisampled frames when the view rests (on by default); off, every frame is plain and
+    // stays in the widget's framebuffer, so that objects added to the scene are drawn over
+    // the last frame when nothing else changed. Set before the widget is first shown.
+    void setMultisampling(bool on) {
+        m_multisampling = on;
+        setUpdateBehavior(on ? NoPartialUpdate : PartialUpdate);
         update();
     }
 
@@ -70,6 +81,7 @@ private:
     OrbitCamera m_camera;
     SceneRenderer m_renderer;
     bool m_followFit = true; // refit on resize until the user moves the view
+    bool m_multisampling = true;
     QPoint m_lastMouse;
     Qt::MouseButton m_dragButton = Qt::NoButton;
     QTimer m_settle; // runs while the view moves

@@ -10,11 +10,13 @@ namespace pluvarine {
 
 namespace {
 
+// Every object is an instance of its mesh: its model and normal matrices come per instance, so
+// all objects of one mesh and look are one draw call.
 const char* kVertexShader = R"(#version 330 core
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 normal;
-uniform mat4 model;
-uniform mat3 normalMatrix;
+layout(location = 2) in mat4 model;
+layout(location = 6) in mat3 normalMatrix;
 uniform mat4 viewProjection;
 uniform vec4 clipPlane; // what lies on its negative side is cut away
 out vec3 worldPosition;
@@ -27,6 +29,12 @@ void main() {
     gl_ClipDistance[0] = dot(clipPlane, p);
     gl_Position = viewProjection * p;
 }
+)";
+
+// The background around the wall, given in normalised device coordinates.
+const char* kFlatVertexShader = R"(#version 330 core
+layout(location = 0) in vec3 position;
+void main() { gl_Position = vec4(position, 1.0); }
 )";
 
 // Cook-Torrance with GGX distribution, Smith-Schlick geometry and Schlick Fresnel; the
@@ -298,11 +306,12 @@ void SceneRenderer::initialize() {
     m_program->addShaderFromSourceCode(QOpenGLShader::Fragment, kFragmentShader);
     m_program->link();
     m_flatProgram = std::make_unique<QOpenGLShaderProgram>();
-    m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader);
+    m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Vertex, kFlatVertexShader);
     m_flatProgram->addShaderFromSourceCode(QOpenGLShader::Fragment, kFlatFragmentShader);
     m_flatProgram->link();
     glGenVertexArrays(1, &m_outsideVao);
     glGenBuffers(1, &m_outsideBuffer);
+    glGenBuffers(1, &m_instanceBuffer);
     glBindVertexArray(m_outsideVao);
     glBindBuffer(GL_ARRAY_BUFFER, m_outsideBuffer);
     glEnableVertexAttribArray(0);
@@ -324,6 +333,10 @@ void SceneRenderer::release() {
     m_meshes.clear();
     glDeleteVertexArrays(1, &m_outsideVao);
     glDeleteBuffers(1, &m_outsideBuffer);
+    glDeleteBuffers(1, &m_instanceBuffer);
+    m_batches.clear();
+    m_batchScene = nullptr;
+    m_drawn.reset();
     m_program.reset();
     m_flatProgram.reset();
     m_initialized = false;
@@ -348,6 +361,7 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     if (!m_initialized) {
         initialize();
     }
+    m_drawn.reset();
     dropStale();
     glViewport(0, 0, pixels.width(), pixels.height());
     const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
@@ -381,26 +395,62 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     m_program->setUniformValue("cameraPosition", camera.eye());
     m_program->setUniformValue("clipPlane",
                                wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
-    for (const auto& object : scene.objects()) {
-        if (!object.drawn()) {
-            continue;
-        }
-        const auto m = object.transform.toFloat();
-        // QMatrix4x4 takes row-major values; ours are column-major.
-        const QMatrix4x4 model = QMatrix4x4(m.data()).transposed();
-        // A mirroring placement (a negative scale) turns the winding round.
-        glFrontFace(model.determinant() < 0 ? GL_CW : GL_CCW);
-        for (std::size_t i = 0; i < object.part->pieces.size(); ++i) {
-            const auto& piece = object.part->pieces[i];
-            if (!piece.mesh->indices.empty()) {
-                drawMesh(upload(piece.mesh), model, object.look(i));
-            }
-        }
-    }
-    glFrontFace(GL_CCW);
+    updateBatches(scene, 0);
+    drawBatches();
     glDisable(GL_CLIP_DISTANCE0);
     m_program->release();
+    if (!wall) {
+        m_drawn = Drawn{&scene,
+                        scene.layoutRevision(),
+                        scene.objects().empty() ? 0 : scene.objects().back().id,
+                        viewProjection,
+                        camera.eye(),
+                        pixels};
+    }
     return detail(bounds, outline, viewProjection, pixels);
+}
+
+bool SceneRenderer::renderAdditions(const ViewerScene& scene, const OrbitCamera& camera,
+                                    const QSize& pixels) {
+    const float aspect = float(pixels.width()) / float(std::max(pixels.height(), 1));
+    const QMatrix4x4 viewProjection = camera.projectionMatrix(aspect) * camera.viewMatrix();
+    if (!m_initialized || m_backdrop || !m_drawn || m_drawn->scene != &scene ||
+        m_drawn->layoutRevision != scene.layoutRevision() || m_drawn->pixels != pixels ||
+        m_drawn->viewProjection != viewProjection || m_drawn->eye != camera.eye() ||
+        !m_program->isLinked()) {
+        return false;
+    }
+    const auto& objects = scene.objects();
+    const auto first = std::upper_bound(
+        objects.begin(), objects.end(), m_drawn->lastId,
+        [](std::int32_t id, const ViewerObject& object) { return id < object.id; });
+    if (first == objects.end()) {
+        return true; // the frame shows it all
+    }
+    glViewport(0, 0, pixels.width(), pixels.height());
+    glEnable(GL_CLIP_DISTANCE0);
+    glEnable(GL_DEPTH_TEST);
+    glEnable(GL_CULL_FACE);
+    glCullFace(GL_BACK);
+    m_program->bind();
+    m_program->setUniformValue("viewProjection", viewProjection);
+    m_program->setUniformValue("cameraPosition", camera.eye());
+    m_program->setUniformValue("clipPlane", QVector4D(0, 0, 0, 1));
+    updateBatches(scene, static_cast<std::size_t>(first - objects.begin()));
+    drawBatches();
+    glDisable(GL_CLIP_DISTANCE0);
+    m_program->release();
+    m_drawn->lastId = objects.back().id;
+    return true;
+}
+
+void SceneRenderer::drawBatches() {
+    for (const Batch& batch : m_batches) {
+        // A mirroring placement (a negative scale) turns the winding round.
+        glFrontFace(batch.mirrored ? GL_CW : GL_CCW);
+        drawBatch(batch);
+    }
+    glFrontFace(GL_CCW);
 }
 
 void SceneRenderer::resolve(const Detail& detail, GLuint multisampled, GLuint target,
@@ -477,9 +527,6 @@ void SceneRenderer::drawAroundWall(const std::vector<QPointF>& outline) {
     }
     glDisable(GL_DEPTH_TEST);
     m_flatProgram->bind();
-    m_flatProgram->setUniformValue("viewProjection", QMatrix4x4());
-    m_flatProgram->setUniformValue("model", QMatrix4x4());
-    m_flatProgram->setUniformValue("clipPlane", QVector4D(0, 0, 0, 1));
     m_flatProgram->setUniformValue("flatColor", linear(backgroundColor()));
     glBindVertexArray(m_outsideVao);
     glBindBuffer(GL_ARRAY_BUFFER, m_outsideBuffer);
@@ -491,14 +538,88 @@ void SceneRenderer::drawAroundWall(const std::vector<QPointF>& outline) {
     m_flatProgram->release();
 }
 
-void SceneRenderer::drawMesh(const GpuMesh& mesh, const QMatrix4x4& model,
-                             const SurfaceLook& look) {
-    m_program->setUniformValue("model", model);
-    m_program->setUniformValue("normalMatrix", model.normalMatrix());
-    setMaterial(*m_program, look);
+void SceneRenderer::updateBatches(const ViewerScene& scene, std::size_t first) {
+    if (m_batchScene == &scene && m_batchRevision == scene.revision() && m_batchFirst == first) {
+        return;
+    }
+    m_batchScene = &scene;
+    m_batchRevision = scene.revision();
+    m_batchFirst = first;
+    // Batches in the order their first object comes in the scene, instances in scene order:
+    // where surfaces meet at the same depth, the same one wins as when drawn one by one.
+    m_batches.clear();
+    std::map<std::pair<const MeshData*, bool>, std::vector<std::size_t>> index;
+    std::vector<std::vector<float>> instances;
+    for (auto it = scene.objects().begin() + std::ptrdiff_t(first); it != scene.objects().end();
+         ++it) {
+        const ViewerObject& object = *it;
+        if (!object.drawn()) {
+            continue;
+        }
+        const auto m = object.transform.toFloat();
+        // QMatrix4x4 takes row-major values; ours are column-major.
+        const QMatrix4x4 model = QMatrix4x4(m.data()).transposed();
+        const bool mirrored = model.determinant() < 0;
+        const QMatrix3x3 normalMatrix = model.normalMatrix();
+        for (std::size_t i = 0; i < object.part->pieces.size(); ++i) {
+            const auto& piece = object.part->pieces[i];
+            if (piece.mesh->indices.empty()) {
+                continue;
+            }
+            const SurfaceLook& look = object.look(i);
+            auto& candidates = index[{piece.mesh.get(), mirrored}];
+            std::size_t batch = m_batches.size();
+            for (const std::size_t candidate : candidates) {
+                if (m_batches[candidate].look == look) {
+                    batch = candidate;
+                }
+            }
+            if (batch == m_batches.size()) {
+                candidates.push_back(batch);
+                m_batches.push_back({piece.mesh, look, mirrored, 0, 0});
+                instances.emplace_back();
+            }
+            std::vector<float>& values = instances[batch];
+            values.insert(values.end(), model.constData(), model.constData() + 16);
+            values.insert(values.end(), normalMatrix.constData(), normalMatrix.constData() + 9);
+            ++m_batches[batch].count;
+        }
+    }
+    std::vector<float> all;
+    for (std::size_t b = 0; b < m_batches.size(); ++b) {
+        m_batches[b].firstInstance = static_cast<GLsizei>(all.size() / kInstanceFloats);
+        all.insert(all.end(), instances[b].begin(), instances[b].end());
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, m_instanceBuffer);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(all.size() * sizeof(float)), all.data(),
+                 GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+void SceneRenderer::drawBatch(const Batch& batch) {
+    const GpuMesh& mesh = upload(batch.mesh);
+    setMaterial(*m_program, batch.look);
     glBindVertexArray(mesh.vao);
-    glDrawElements(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr);
+    glBindBuffer(GL_ARRAY_BUFFER, m_instanceBuffer);
+    // The instance attributes point at this batch's run of the instance buffer.
+    constexpr GLsizei stride = kInstanceFloats * sizeof(float);
+    const std::intptr_t first = std::intptr_t(batch.firstInstance) * stride;
+    for (GLuint column = 0; column < 4; ++column) {
+        glEnableVertexAttribArray(2 + column);
+        glVertexAttribPointer(2 + column, 4, GL_FLOAT, GL_FALSE, stride,
+                              reinterpret_cast<const void*>(first + column * 4 * sizeof(float)));
+        glVertexAttribDivisor(2 + column, 1);
+    }
+    for (GLuint column = 0; column < 3; ++column) {
+        glEnableVertexAttribArray(6 + column);
+        glVertexAttribPointer(
+            6 + column, 3, GL_FLOAT, GL_FALSE, stride,
+            reinterpret_cast<const void*>(first + (16 + column * 3) * sizeof(float)));
+        glVertexAttribDivisor(6 + column, 1);
+    }
+    glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, batch.count);
     glBindVertexArray(0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
 const SceneRenderer::GpuMesh& SceneRenderer::upload(const std::shared_ptr<const MeshData>& mesh) {

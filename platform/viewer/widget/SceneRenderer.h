@@ -39,6 +39,12 @@ public:
     void initialize();
     // Renders into the bound framebuffer, viewport `pixels`.
     Detail render(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
+    // Draws only the objects added to the scene since the last frame, over that frame, when
+    // nothing else has changed (the view, the size, the other objects) and there is no backdrop:
+    // an insertion into a scene of thousands of objects then costs what the new ones cost. The
+    // bound framebuffer must still hold the last frame, colour and depth. False, and nothing
+    // drawn, when a whole frame is needed.
+    bool renderAdditions(const ViewerScene& scene, const OrbitCamera& camera, const QSize& pixels);
     // Resolves a multisampled frame into a single-sampled framebuffer of the same size, which
     // is left bound. llvmpipe's resolve costs almost half as much as the frame, so only the
     // detail is resolved and the rest cleared to its colour.
@@ -62,9 +68,24 @@ private:
         GLsizei indexCount = 0;
     };
 
+    // All objects of one mesh and look (and winding) of the scene, drawn in one call.
+    struct Batch {
+        std::shared_ptr<const MeshData> mesh;
+        SurfaceLook look;
+        bool mirrored = false;
+        GLsizei firstInstance = 0; // in the instance buffer
+        GLsizei count = 0;
+    };
+    // Per instance: the model matrix (16 floats) and the normal matrix (9), column-major.
+    static constexpr GLsizei kInstanceFloats = 25;
+
     const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
     void dropStale();
-    void drawMesh(const GpuMesh& mesh, const QMatrix4x4& model, const SurfaceLook& look);
+    // Groups the scene's objects from index `first` on into batches and uploads their
+    // matrices, when the scene has changed since the last frame.
+    void updateBatches(const ViewerScene& scene, std::size_t first);
+    void drawBatches();
+    void drawBatch(const Batch& batch);
     // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
     // when the scene is empty or the camera is behind the wall.
     static std::optional<QMatrix4x4> wallTransform(const Box3& bounds, const OrbitCamera& camera);
@@ -80,6 +101,21 @@ private:
     std::map<const MeshData*, GpuMesh> m_meshes;
     GLuint m_outsideVao = 0; // the background around the wall, new each frame
     GLuint m_outsideBuffer = 0;
+    GLuint m_instanceBuffer = 0;
+    std::vector<Batch> m_batches;
+    const ViewerScene* m_batchScene = nullptr;
+    std::uint64_t m_batchRevision = 0;
+    std::size_t m_batchFirst = 0;
+    // What the last frame showed, for renderAdditions().
+    struct Drawn {
+        const ViewerScene* scene = nullptr;
+        std::uint64_t layoutRevision = 0;
+        std::int32_t lastId = 0;
+        QMatrix4x4 viewProjection;
+        QVector3D eye;
+        QSize pixels;
+    };
+    std::optional<Drawn> m_drawn;
 };
 
 } // namespace pluvarine

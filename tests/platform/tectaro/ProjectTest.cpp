@@ -1,6 +1,8 @@
 #include "TectaroTestSupport.h"
 #include "platform/tectaro/TectaroProject.h"
 
+#include <QByteArray>
+#include <QFileInfo>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -38,13 +40,36 @@ TEST(TectaroProject, RoundTripsBuildingElementsMatricesAndDataBlocksByteForByte)
     EXPECT_EQ(loaded.building->toJson(), project.building->toJson());
     ASSERT_EQ(loaded.elements.size(), 3u);
     const auto kept = [](const PlacedElement& e) {
-        return std::tie(e.object.bytes, e.object.name, e.sourcePath, e.matrix.values, e.prepared,
-                        e.object.boundsMin);
+        return std::make_tuple(e.object.bytes(), e.object.name, e.sourcePath, e.matrix.values,
+                               e.prepared, e.object.boundsMin);
     };
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_TRUE(kept(*loaded.elements[i]) == kept(*project.elements[i])) << i;
     }
     EXPECT_EQ(loaded.macroData, project.macroData);
+
+    // The bytes are stored as they are, not a third larger as base64; the earlier JSON files
+    // with base64 read the same.
+    std::size_t bytes = 256;
+    for (const auto& element : project.elements) {
+        bytes += element->object.spooled->size();
+    }
+    EXPECT_LT(QFileInfo(QString::fromStdString(file)).size(), qint64(bytes + 8000));
+    nlohmann::json old = project.toJson();
+    const auto base64 = [](const std::string& raw) {
+        return QByteArray::fromStdString(raw).toBase64().toStdString();
+    };
+    for (std::size_t i = 0; i < 3; ++i) {
+        old["elements"][i]["object"] = base64(project.elements[i]->object.bytes());
+    }
+    for (auto& block : old["macroData"]) {
+        block["data"] = base64(project.macroData.at(block["id"].get<std::int32_t>()));
+    }
+    test::writeFile(file, old.dump(1));
+    const TectaroProject earlier = TectaroProject::load(file);
+    ASSERT_EQ(earlier.elements.size(), 3u);
+    EXPECT_TRUE(kept(*earlier.elements[2]) == kept(*project.elements[2]));
+    EXPECT_EQ(earlier.macroData, project.macroData);
 }
 
 // A project or building file with one entry set to a bad value is refused with an error that

@@ -142,6 +142,28 @@ TEST_F(ObjectFile, AWriterThatDiesLeavesNothingVisibleAndTheNextWriteCleansUp) {
     EXPECT_EQ(names(), std::vector<std::string>{" 2.tob"});
 }
 
+// Object files of the same parts share their meshes however often they are read: one in memory
+// for each distinct mesh, also across nodes of one file (the two clamps).
+TEST_F(ObjectFile, ReadingItAgainSharesTheMeshes) {
+    ASSERT_TRUE(m_scene.SaveScene(path(" 1.tob"), "Fallrohr", ""));
+    m_scene.RotateObject(0, 0, 1, 90); // the dummy turned: other nodes, the same meshes
+    ASSERT_TRUE(m_scene.SaveScene(path(" 2.tob"), "Fallrohr", ""));
+    const GlbContent first = GlbReader::readFile(path(" 1.tob"));
+    const GlbContent second = GlbReader::readFile(path(" 2.tob"));
+    ASSERT_EQ(first.items.size(), second.items.size());
+    for (std::size_t i = 0; i < first.items.size(); ++i) {
+        EXPECT_EQ(first.items[i].mesh, second.items[i].mesh) << i;
+    }
+    std::vector<std::shared_ptr<const MeshData>> clamps;
+    for (const GlbItem& item : first.items) {
+        if (item.nodeName.rfind("Rohrschelle", 0) == 0) {
+            clamps.push_back(item.mesh);
+        }
+    }
+    ASSERT_EQ(clamps.size(), 2u);
+    EXPECT_EQ(clamps[0], clamps[1]);
+}
+
 // Every construction's object file holds one node per drawn piece, reads back, and passes the
 // Khronos glTF validator when the tools for it are there.
 class ConstructionExport : public ::testing::TestWithParam<Assembly> {};

@@ -103,6 +103,22 @@ TEST_F(Scene, TransformingAnObjectNoLongerInTheSceneFails) {
     expectViewerError([&] { m_scene.CommitObject(true); });
 }
 
+// Single objects leave or move without the others, and the bounds follow.
+TEST_F(Scene, RemoveAndSetTransformChangeOneObjectAndTheBounds) {
+    const std::int32_t a = m_scene.AddPart(path("clamp.v3o"));
+    const std::int32_t b = m_scene.AddPart(path("clamp.v3o"));
+    const Box3 one = m_scene.bounds();
+    Matrix4d shift;
+    shift(0, 3) = 10;
+    m_scene.setTransform(b, shift);
+    EXPECT_DOUBLE_EQ(m_scene.bounds().max()[0], one.max()[0] + 10);
+    m_scene.remove(a);
+    m_scene.remove(a); // gone already: nothing
+    ASSERT_EQ(m_scene.objects().size(), 1u);
+    EXPECT_EQ(m_scene.objects()[0].id, b);
+    EXPECT_DOUBLE_EQ(m_scene.bounds().min()[0], one.min()[0] + 10);
+}
+
 TEST(MaterialFile, ReadsTheViewersMaterialFormat) {
     struct Case {
         const char* text;

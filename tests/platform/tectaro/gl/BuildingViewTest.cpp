@@ -36,3 +36,32 @@ TEST(BuildingView3D, ShowsTheHouse) {
     EXPECT_GT(content, (frame.width() / 4) * (frame.height() / 4) / 10) << "the house shows";
     frame.save(QString(PLUVARINE_BINARY_DIR) + "/tectaro-house-3d.png");
 }
+
+// An insertion adds the new element's objects and leaves the others as they are; a move places
+// the moved element's objects anew, under the same ids.
+TEST(BuildingView3D, InsertionsAndMovesChangeOnlyTheirElement) {
+    test::SampleHost sample;
+    ASSERT_NE(sample.host->project(), nullptr);
+    BuildingView3D view(*sample.host);
+    const std::size_t building = view.scene().objects().size();
+    const auto element = [] {
+        auto made = std::make_shared<PlacedElement>();
+        made->object = ObjectFile::read(PLUVARINE_WORKFOLDER "/res/Rohrschelle_100.v3o");
+        return made;
+    };
+    const auto first = element();
+    const auto second = element();
+    sample.host->commitElement(first);
+    const std::vector<ViewerObject> before = view.scene().objects();
+    ASSERT_GT(before.size(), building);
+    sample.host->commitElement(second);
+    ASSERT_EQ(view.scene().objects().size(), before.size() + (before.size() - building));
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        EXPECT_EQ(view.scene().objects()[i].id, before[i].id) << i;
+    }
+    first->matrix.at(0, 3) += 2.0f;
+    sample.host->elementMoved(first);
+    EXPECT_EQ(view.scene().objects()[building].id, before[building].id);
+    EXPECT_NE(view.scene().objects()[building].transform.columnMajor(),
+              before[building].transform.columnMajor());
+}

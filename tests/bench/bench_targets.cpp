@@ -1,0 +1,393 @@
+// The program's speed and memory targets, each printed with its figure and whether it is met.
+// Ratios are taken within one run, so a machine shared with other work moves both sides alike.
+//  1. A scripted session of 200 insertions on the sample house: CPU per insertion of the last
+//     20 against the first 20, and the memory growth per insertion.
+//  2. The host's 3D view with 200 downpipes: one frame at 1600 x 1000, as the view draws it.
+//  3. Start-up to the shown, idle windows against a minimal Qt Widgets program with one
+//     QOpenGLWidget, both started as processes under the same display.
+//  4./5. Packing and unpacking against tar, process against process, and the preview's frame
+//     at its real size, presented on the screen.
+#include "assembly/Daten.h"
+#include "assembly/PlainRebuildInputs.h"
+#include "assembly/Rebuild.h"
+#include "platform/viewer/GlbReader.h"
+#include "platform/viewer/OrbitCamera.h"
+#include "platform/viewer/ViewerScene.h"
+#include "platform/viewer/widget/PreviewWidget.h"
+#include "platform/viewer/widget/SceneRenderer.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
+#include <QOpenGLFunctions>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <spawn.h>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <vector>
+
+extern char** environ;
+
+namespace pluvarine {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+void report(const std::string& target, const std::string& figure, bool met) {
+    std::cout << (met ? "MET      " : "NOT MET  ") << target << ": " << figure << std::endl;
+}
+
+std::string fixed(double value, int decimals = 2) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f", decimals, value);
+    return text;
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+struct ProcessRun {
+    double wallMs = 0;
+    double cpuMs = 0; // user and system, all threads
+    long peakKiB = 0;
+    int exitCode = -1;
+};
+
+ProcessRun runProcess(const std::vector<std::string>& args, bool quiet = true) {
+    std::vector<char*> argv;
+    for (const std::string& arg : args) {
+        argv.push_back(const_cast<char*>(arg.c_str()));
+    }
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    if (quiet) {
+        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    }
+    QElapsedTimer clock;
+    clock.start();
+    pid_t pid = 0;
+    ProcessRun run;
+    if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) != 0) {
+        posix_spawn_file_actions_destroy(&actions);
+        return run;
+    }
+    int status = 0;
+    rusage usage{};
+    wait4(pid, &status, 0, &usage);
+    run.wallMs = double(clock.nsecsElapsed()) / 1e6;
+    posix_spawn_file_actions_destroy(&actions);
+    run.cpuMs = (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
+                (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+    run.peakKiB = usage.ru_maxrss;
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::vector<std::string> programArgs(const fs::path& folder, const fs::path& script) {
+    return {PLUVARINE_GUI,
+            "--building",
+            PLUVARINE_SOURCE_DIR "/data/sample/house.json",
+            "--help-folder",
+            PLUVARINE_SOURCE_DIR "/data/help",
+            "--program-folder",
+            (folder / "programfolder").string(),
+            "--script",
+            script.string()};
+}
+
+void writeScript(const fs::path& file, const Json& steps) {
+    std::ofstream(file) << Json{{"steps", steps}}.dump(1);
+}
+
+// 1. Insertions along three walls of the sample house.
+void insertionSession(const fs::path& folder) {
+    constexpr int kInsertions = 200;
+    constexpr int kWindow = 20;
+    Json steps = Json::array();
+    const auto state = [&](int done) {
+        steps.push_back(
+            {{"do", "state"},
+             {"file", (folder / ("state-" + std::to_string(done) + ".json")).string()}});
+    };
+    state(0);
+    for (int i = 0; i < kInsertions; ++i) {
+        // South, north and west: each side's roof gives its construction without a question.
+        const double along = 3.0 + (i / 3 % 20) * 0.2;
+        const double across = 2.5 + (i / 3 % 15) * 0.2;
+        const double points[3][2] = {{along, -0.1}, {along, 8.1}, {-0.1, across}};
+        steps.push_back({{"do", "macroButton"}});
+        steps.push_back({{"do", "click"}, {"x", points[i % 3][0]}, {"y", points[i % 3][1]}});
+        steps.push_back({{"do", "button"}, {"name", "Command4"}});
+        if (i + 1 == kWindow || i + 1 == kInsertions - kWindow || i + 1 == kInsertions) {
+            state(i + 1);
+        }
+    }
+    steps.push_back({{"do", "exit"}});
+    const fs::path script = folder / "session.json";
+    writeScript(script, steps);
+    const ProcessRun run = runProcess(programArgs(folder, script));
+    const auto read = [&](int done) {
+        std::ifstream in(folder / ("state-" + std::to_string(done) + ".json"));
+        return Json::parse(in, nullptr, false);
+    };
+    const Json s0 = read(0), s20 = read(kWindow), sLast = read(kInsertions - kWindow),
+               sEnd = read(kInsertions);
+    if (run.exitCode != 0 || s0.is_discarded() || sEnd.is_discarded() ||
+        sEnd["host"]["elements"].size() != std::size_t(kInsertions)) {
+        report("1. insertion session",
+               "the scripted session failed (exit code " + std::to_string(run.exitCode) + ")",
+               false);
+        return;
+    }
+    const auto cpu = [](const Json& from, const Json& to) {
+        return (to["process"]["cpuMsBefore"].get<double>() -
+                from["process"]["cpuMsAfter"].get<double>()) /
+               kWindow;
+    };
+    const double first = cpu(s0, s20);
+    const double last = cpu(sLast, sEnd);
+    report("1. CPU per insertion, last 20 / first 20 (at most 1.2)",
+           fixed(last / first) + " (" + fixed(first, 0) + " ms, " + fixed(last, 0) + " ms)",
+           last / first <= 1.2);
+    const double growth = (sEnd["process"]["residentKiB"].get<double>() -
+                           s20["process"]["residentKiB"].get<double>()) /
+                          (kInsertions - kWindow) / 1024.0;
+    report("1. memory growth per insertion, 20th to 200th (under 0.5 MB)",
+           fixed(growth) + " MB (resident " +
+               fixed(s0["process"]["residentKiB"].get<double>() / 1024, 0) + " MB at start, " +
+               fixed(sEnd["process"]["residentKiB"].get<double>() / 1024, 0) + " MB after " +
+               std::to_string(kInsertions) + ")",
+           growth < 0.5);
+}
+
+struct DefaultAssembly {
+    DefaultAssembly() {
+        daten.workFolder = PLUVARINE_WORKFOLDER;
+        daten.oldObjectFile = daten.workFolder + "/obj/fallrohr.tob";
+        daten.design.heightH = 3000;
+        daten.roof.gutterWidth = 150;
+        daten.design.materialFile = daten.workFolder + "/mat/Kupfer.ini";
+        Rebuild(daten, scene, inputs).run();
+    }
+    Daten daten;
+    PlainRebuildInputs inputs;
+    ViewerScene scene;
+};
+
+// 2. The host's view draws every element's object file items; 200 object files of the same
+// parts, read as the host reads them, side by side along the walls of a 10 x 8 m house.
+void hostFrame(const fs::path& folder) {
+    DefaultAssembly assembly;
+    const std::string objectFile = (folder / " 1.tob").string();
+    assembly.scene.SaveScene(objectFile, "Fallrohr", "");
+    ViewerScene scene;
+    std::size_t triangles = 0;
+    for (int i = 0; i < 200; ++i) {
+        const GlbContent content = GlbReader::readFile(objectFile);
+        const double t = i / 200.0 * 36.0; // around the house's outline
+        const double x = t < 10 ? t : t < 18 ? 10 : t < 28 ? 28 - t : 0;
+        const double y = t < 10 ? 0 : t < 18 ? t - 10 : t < 28 ? 8 : 36 - t;
+        Matrix4d world;
+        world(0, 3) = x;
+        world(1, 3) = y;
+        for (const GlbItem& item : content.items) {
+            if (!item.auxiliary && item.mesh) {
+                scene.addMesh(item.mesh, world * item.transform, item.look);
+                triangles += item.mesh->indices.size() / 3;
+            }
+        }
+    }
+    QSurfaceFormat format;
+    format.setVersion(3, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setDepthBufferSize(24);
+    QOpenGLContext context;
+    context.setFormat(format);
+    QOffscreenSurface surface;
+    surface.setFormat(format);
+    surface.create();
+    if (!context.create() || !context.makeCurrent(&surface)) {
+        report("2. host view frame", "no OpenGL context", false);
+        return;
+    }
+    const QSize size(1600, 1000);
+    QOpenGLFramebufferObject fbo(size, QOpenGLFramebufferObject::Depth);
+    fbo.bind();
+    OrbitCamera camera;
+    camera.reset(scene.bounds(), float(size.width()) / float(size.height()));
+    SceneRenderer renderer;
+    renderer.setBackdrop(false);
+    renderer.render(scene, camera, size); // uploads the meshes
+    context.functions()->glFinish();
+    std::vector<double> frames;
+    for (int i = 0; i < 10; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        renderer.render(scene, camera, size);
+        context.functions()->glFinish();
+        frames.push_back(double(clock.nsecsElapsed()) / 1e6);
+    }
+    const double frame = median(frames);
+    report("2. host view frame, 200 downpipes, 1600 x 1000 (under 50 ms)",
+           fixed(frame, 1) + " ms (" + fixed(double(triangles) / 1e6) + " million triangles, " +
+               reinterpret_cast<const char*>(context.functions()->glGetString(GL_RENDERER)) + ")",
+           frame < 50);
+    renderer.release();
+    fbo.release();
+    context.doneCurrent();
+}
+
+// 3. Both programs end once their windows are shown and their first frames are on the screen.
+void startUp(const fs::path& folder) {
+    const fs::path script = folder / "start.json";
+    writeScript(script, Json::array({{{"do", "exit"}}}));
+    std::vector<double> oursWall, oursCpu, minimalWall, minimalCpu;
+    for (int i = 0; i < 5; ++i) {
+        const ProcessRun minimal = runProcess({PLUVARINE_MINIMAL_GL});
+        const ProcessRun ours = runProcess(programArgs(folder, script));
+        if (ours.exitCode != 0 || minimal.exitCode != 0) {
+            report("3. start-up", "a program failed", false);
+            return;
+        }
+        minimalWall.push_back(minimal.wallMs);
+        minimalCpu.push_back(minimal.cpuMs);
+        oursWall.push_back(ours.wallMs);
+        oursCpu.push_back(ours.cpuMs);
+    }
+    const double wall = median(oursWall) / median(minimalWall);
+    const double cpu = median(oursCpu) / median(minimalCpu);
+    report("3. start-up against a minimal Qt OpenGL program (at most 1.3)",
+           "wall " + fixed(wall) + " (" + fixed(median(oursWall), 0) + " / " +
+               fixed(median(minimalWall), 0) + " ms), CPU " + fixed(cpu) + " (" +
+               fixed(median(oursCpu), 0) + " / " + fixed(median(minimalCpu), 0) + " ms)",
+           wall <= 1.3 && cpu <= 1.3);
+}
+
+void fill(const fs::path& folder, int files, std::size_t size) {
+    fs::create_directories(folder);
+    std::vector<char> block(1 << 20);
+    std::uint64_t state = 0x9E3779B97F4A7C15ull;
+    for (char& c : block) { // xorshift: incompressible, cheap
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        c = static_cast<char>(state);
+    }
+    for (int i = 0; i < files; ++i) {
+        std::ofstream out(folder / (" " + std::to_string(i + 1) + ".tob"), std::ios::binary);
+        for (std::size_t done = 0; done < size;) {
+            const std::size_t piece = std::min(size - done, block.size() - (i % 997));
+            out.write(block.data() + (i % 997), static_cast<std::streamsize>(piece));
+            done += piece;
+        }
+    }
+}
+
+// 4./5. The best of three runs of each, every one a process of its own.
+void archive(const fs::path& folder) {
+    const std::tuple<const char*, int, std::size_t> sets[] = {
+        {"1000 x 64 KiB", 1000, 64 << 10},
+        {"4 x 64 MiB", 4, std::size_t(64) << 20},
+        {"10000 x 4 KiB", 10000, 4 << 10}};
+    int index = 0;
+    for (const auto& [label, files, size] : sets) {
+        const fs::path source = folder / ("set" + std::to_string(++index));
+        fill(source, files, size);
+        const std::string ours = source.string() + ".dat";
+        const std::string tarball = source.string() + ".tar";
+        const fs::path out = source.string() + "-out";
+        ProcessRun best[4];
+        for (auto& b : best) {
+            b.cpuMs = b.wallMs = 1e18;
+        }
+        const auto keep = [](ProcessRun& bestRun, const ProcessRun& run) {
+            bestRun.cpuMs = std::min(bestRun.cpuMs, run.cpuMs);
+            bestRun.wallMs = std::min(bestRun.wallMs, run.wallMs);
+            bestRun.exitCode = std::max(bestRun.exitCode, run.exitCode);
+        };
+        for (int i = 0; i < 3; ++i) {
+            keep(best[0], runProcess({PLUVARINE_CLI, "archive", "pack", source.string(), ours}));
+            keep(best[1], runProcess({"/usr/bin/tar", "-cf", tarball, "-C", source.string(), "."}));
+            fs::remove_all(out);
+            fs::create_directory(out);
+            keep(best[2], runProcess({PLUVARINE_CLI, "archive", "unpack", ours, out.string()}));
+            fs::remove_all(out);
+            fs::create_directory(out);
+            keep(best[3], runProcess({"/usr/bin/tar", "-xf", tarball, "-C", out.string()}));
+        }
+        const bool ran = std::all_of(std::begin(best), std::end(best),
+                                     [](const ProcessRun& r) { return r.exitCode == 0; });
+        report(std::string("4. pack CPU against tar, ") + label + " (at most 1.0)",
+               fixed(best[0].cpuMs / best[1].cpuMs) + " (" + fixed(best[0].cpuMs, 0) + " / " +
+                   fixed(best[1].cpuMs, 0) + " ms CPU; wall " + fixed(best[0].wallMs, 0) + " / " +
+                   fixed(best[1].wallMs, 0) + " ms)",
+               ran && best[0].cpuMs <= best[1].cpuMs);
+        std::cout << "         unpack against tar, " << label << ": CPU "
+                  << fixed(best[2].cpuMs / best[3].cpuMs) << " (" << fixed(best[2].cpuMs, 0)
+                  << " / " << fixed(best[3].cpuMs, 0) << " ms), wall " << fixed(best[2].wallMs, 0)
+                  << " / " << fixed(best[3].wallMs, 0) << " ms" << std::endl;
+        fs::remove_all(source);
+        fs::remove_all(out);
+        fs::remove(ours);
+        fs::remove(tarball);
+    }
+}
+
+// 5. The resting (multisampled) frame of the preview widget at its real size, from update()
+// until the frame has been swapped onto the screen.
+void previewFrame() {
+    DefaultAssembly assembly;
+    PreviewWidget preview(assembly.scene);
+    preview.resize(257, 449);
+    int swapped = 0;
+    QObject::connect(&preview, &QOpenGLWidget::frameSwapped, [&swapped] { ++swapped; });
+    preview.show();
+    const auto waitForFrame = [&](int count) {
+        QElapsedTimer clock;
+        clock.start();
+        while (swapped < count && clock.elapsed() < 10000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        }
+    };
+    waitForFrame(1);
+    std::vector<double> frames;
+    for (int i = 0; i < 20; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        preview.update();
+        waitForFrame(swapped + 1);
+        frames.push_back(double(clock.nsecsElapsed()) / 1e6);
+    }
+    report("5. preview frame at 257 x 449, multisampled and presented (measured as named)",
+           fixed(median(frames), 1) + " ms", swapped >= 21);
+}
+
+} // namespace
+} // namespace pluvarine
+
+int main(int argc, char** argv) {
+    using namespace pluvarine;
+    QApplication app(argc, argv);
+    QTemporaryDir dir;
+    const fs::path folder = dir.path().toStdString();
+    insertionSession(folder);
+    hostFrame(folder);
+    startUp(folder);
+    previewFrame();
+    archive(folder);
+    return 0;
+}
