@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assembly/FlatExtras.h"
 #include "platform/viewer/ViewerObject.h"
 
 #include <string>
@@ -14,7 +15,9 @@ namespace pluvarine {
 // are metallic-roughness factors. The scene's name is the object name.
 class ObjectFileWriter {
 public:
-    static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name);
+    // `sceneExtras` become the scene's extras as flat values.
+    static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name,
+                             const FlatExtras& sceneExtras = {});
 
     // Writes the bytes to a temporary file in the target's folder and renames it into place,
     // so the target is either the old file or the complete new one. Throws RuntimeError

@@ -4,6 +4,7 @@
 #include "platform/viewer/PartModel.h"
 #include "platform/viewer/SurfaceLook.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,6 +20,10 @@ struct ViewerObject {
     Matrix4d transform;
     std::optional<SurfaceLook> material; // the applied material; none: the part's own look
     bool committed = false;
+    // As the scene was told, for the parts list: the product of the scales and the material
+    // file applied (none: never one).
+    std::optional<std::array<float, 3>> scaled;
+    std::optional<std::string> materialFile;
 
     bool drawn() const { return part && !part->auxiliary; }
     // The look of piece `index`: the applied material or the part's own.
