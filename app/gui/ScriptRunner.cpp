@@ -165,6 +165,11 @@ void ScriptRunner::runStep(const Json& step) {
         project(action, step);
     } else if (action == "screenshot") {
         screenshot(step);
+    } else if (action == "partsList") {
+        std::string error;
+        if (!m_session.hostWindow().exportPartsList(text(step, "file"), &error)) {
+            throw std::runtime_error(error);
+        }
     } else if (action == "state") {
         writeState(step);
     } else if (action == "wait") {
