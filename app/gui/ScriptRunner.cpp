@@ -2,6 +2,7 @@
 
 #include "RecordedMessages.h"
 #include "Session.h"
+#include "platform/tectaro/widgets/PartsListDialog.h"
 #include "store/ProjectArchive.h"
 
 #include <QAbstractButton>
@@ -206,6 +207,9 @@ QWidget* ScriptRunner::window(const std::string& name) const {
     }
     if (name == "host") {
         return &m_session.hostWindow();
+    }
+    if (name == "partsList") { // the host's parts list window, shown for the picture
+        return &m_session.hostWindow().showPartsList();
     }
     throw std::runtime_error("no window named " + name);
 }

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace pluvarine {
 
@@ -44,7 +45,13 @@ PartsListDialog::PartsListDialog(TectaroHost& host, QWidget* parent)
     connect(&host, &TectaroHost::elementsChanged, this, &PartsListDialog::refresh);
     connect(&host, &TectaroHost::projectChanged, this, &PartsListDialog::refresh);
     refresh();
-    resize(1100, 480);
+    m_table->horizontalHeader()->setStretchLastSection(true);
+    // Wide enough for every column as the list first shows, within a common screen.
+    int width = 0;
+    for (int c = 0; c < m_table->columnCount(); ++c) {
+        width += m_table->columnWidth(c);
+    }
+    resize(std::min(width + 60, 1500), 520);
 }
 
 void PartsListDialog::refresh() {
