@@ -12,10 +12,13 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <set>
 
 namespace pluvarine {
 
 namespace {
+// Diameter, angle, nominal length, quantity, cut length, total length.
+const std::set<std::size_t> kNumberColumns{3, 4, 5, 7, 8, 9};
 QString text(int id) {
     return QString::fromStdString(LoadText(id));
 }
@@ -70,6 +73,9 @@ void PartsListDialog::refresh() {
         const int row = static_cast<int>(r - 1);
         for (std::size_t c = 0; c < cells[r].size(); ++c) {
             auto* item = new QTableWidgetItem(QString::fromStdString(cells[r][c]));
+            if (kNumberColumns.contains(c)) {
+                item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            }
             if (row >= totalsFrom) {
                 QFont bold = item->font();
                 bold.setBold(true);
