@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assembly/SceneObject.h"
 #include "assembly/SceneOperations.h"
 
 #include <array>
@@ -25,17 +26,6 @@ struct SceneCall {
     std::vector<SceneValue> args;
     std::optional<SceneValue> result;
     bool failed = false;
-};
-
-// An object of the present scene with the last transforms and material it received.
-struct SceneObject {
-    std::int32_t id = 0;
-    std::string partFile;
-    std::optional<std::array<float, 3>> scale;
-    std::optional<std::array<float, 3>> position;
-    std::optional<std::array<float, 4>> rotation; // axis x, y, z, angle in degrees
-    std::optional<std::string> material;
-    bool committed = false;
 };
 
 // A scene without a display: hands out consecutive object ids (1, 2, ... continuing across

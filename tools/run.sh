@@ -35,6 +35,8 @@ cat > "$demo/script.json" <<JSON
   {"do": "button", "name": "Command4"},
   {"do": "saveProject", "path": "$demo/house.tproj"},
   {"do": "screenshot", "file": "$demo/4-host-three-downpipes.png"},
+  {"do": "screenshot", "window": "partsList", "file": "$demo/5-parts-list.png"},
+  {"do": "partsList", "file": "$demo/parts-list.csv"},
   {"do": "exit"}
 ]}
 JSON
@@ -45,4 +47,5 @@ echo "No display: ran the scripted demo under Xvfb."
 echo "Screenshots:    $demo/*.png"
 ls -1 "$demo"/*.png | sed 's/^/  /'
 echo "Saved project:  $demo/house.tproj"
+echo "Parts list:     $demo/parts-list.csv"
 echo "Host journal:   $demo/journal.jsonl"

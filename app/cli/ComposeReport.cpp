@@ -1,5 +1,7 @@
 #include "app/cli/ComposeReport.h"
 
+#include "assembly/PartsList.h"
+
 #include <charconv>
 #include <cmath>
 #include <map>
@@ -99,6 +101,23 @@ std::string composeReport(const ComposeResult& result, bool withCalls) {
             << ", \"material\": " << (o.material ? quoted(*o.material) : "null") << "}";
     }
     out << (objects.empty() ? "]" : "\n  ]");
+    out << ",\n  \"partsList\": [";
+    const PartsList list = PartsList::of(objects);
+    for (std::size_t i = 0; i < list.rows.size(); ++i) {
+        const PartsListRow& row = list.rows[i];
+        out << (i ? ",\n" : "\n") << "    {\"article\": " << quoted(row.article)
+            << ", \"file\": " << quoted(row.file) << ", \"diameter\": " << row.diameter
+            << ", \"angle\": " << row.angle << ", \"length\": " << row.length
+            << ", \"material\": " << quoted(row.material) << ", \"count\": " << row.count;
+        if (row.cutLength) {
+            out << ", \"cutLength\": " << *row.cutLength;
+        }
+        if (row.warning) {
+            out << ", \"warning\": \"cutLengthNotPositive\"";
+        }
+        out << "}";
+    }
+    out << (list.rows.empty() ? "]" : "\n  ]");
     if (withCalls) {
         out << ",\n  \"calls\": [";
         const auto& calls = result.scene.calls();

@@ -17,9 +17,9 @@ struct ComposeResult {
 };
 
 // The JSON report: construction, questionAsked, clampCount, the parts of the final scene in
-// placing order and, with `withCalls`, every scene operation of the run. Numbers handed to the
-// viewer are written as the shortest text that reads back to exactly the same single value.
-// One part and one call per line, so the report diffs and greps well.
+// placing order, the parts list read off them and, with `withCalls`, every scene operation of the
+// run. Numbers handed to the viewer are written as the shortest text that reads back to exactly the
+// same single value. One part and one call per line, so the report diffs and greps well.
 std::string composeReport(const ComposeResult& result, bool withCalls);
 
 // The shortest decimal text that reads back to exactly `value` (JSON null if not finite).

@@ -2,6 +2,7 @@
 
 #include "RecordedMessages.h"
 #include "Session.h"
+#include "platform/tectaro/widgets/PartsListDialog.h"
 #include "store/ProjectArchive.h"
 
 #include <QAbstractButton>
@@ -197,6 +198,11 @@ void ScriptRunner::runStep(const Json& step) {
         project(action, step);
     } else if (action == "screenshot") {
         screenshot(step);
+    } else if (action == "partsList") {
+        std::string error;
+        if (!m_session.hostWindow().exportPartsList(text(step, "file"), &error)) {
+            throw std::runtime_error(error);
+        }
     } else if (action == "state") {
         writeState(step);
     } else if (action == "wait") {
@@ -236,6 +242,9 @@ QWidget* ScriptRunner::window(const std::string& name) const {
     }
     if (name == "host") {
         return &m_session.hostWindow();
+    }
+    if (name == "partsList") { // the host's parts list window, shown for the picture
+        return &m_session.hostWindow().showPartsList();
     }
     throw std::runtime_error("no window named " + name);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assembly/FlatExtras.h"
 #include "platform/viewer/Matrix4d.h"
 #include "platform/viewer/MeshData.h"
 #include "platform/viewer/SurfaceLook.h"
@@ -25,6 +26,7 @@ struct GlbContent {
     std::string sceneName;
     bool auxiliary = false; // the whole file is auxiliary (asset extras)
     std::vector<GlbItem> items;
+    FlatExtras sceneExtras; // the scene's extras that are whole numbers or texts
 };
 
 } // namespace pluvarine

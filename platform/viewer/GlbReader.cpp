@@ -64,6 +64,23 @@ Matrix4d nodeTransform(const tinygltf::Node& node) {
     return result;
 }
 
+// The whole numbers and texts among the values of an extras object; anything else is left out.
+FlatExtras flatExtras(const tinygltf::Value& extras) {
+    FlatExtras flat;
+    if (!extras.IsObject()) {
+        return flat;
+    }
+    for (const auto& key : extras.Keys()) {
+        const tinygltf::Value& value = extras.Get(key);
+        if (value.IsInt()) {
+            flat.emplace_back(key, value.GetNumberAsInt());
+        } else if (value.IsString()) {
+            flat.emplace_back(key, value.Get<std::string>());
+        }
+    }
+    return flat;
+}
+
 class Decoder {
 public:
     Decoder(const tinygltf::Model& model, const std::string& name) : m_model(model), m_name(name) {}
@@ -78,6 +95,7 @@ public:
                                   ? m_model.defaultScene
                                   : 0;
             content.sceneName = m_model.scenes[index].name;
+            content.sceneExtras = flatExtras(m_model.scenes[index].extras);
             roots = m_model.scenes[index].nodes;
         }
         for (int root : roots) {

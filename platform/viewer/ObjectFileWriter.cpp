@@ -14,12 +14,20 @@ namespace {
 
 class GlbBuilder {
 public:
-    explicit GlbBuilder(const std::string& name) {
+    GlbBuilder(const std::string& name, const FlatExtras& sceneExtras) {
         m_model.asset.version = "2.0";
         m_model.asset.generator = "Pluvarine";
         m_model.buffers.emplace_back();
         tinygltf::Scene scene;
         scene.name = name;
+        if (!sceneExtras.empty()) {
+            tinygltf::Value::Object extras;
+            for (const auto& [key, value] : sceneExtras) {
+                extras.insert_or_assign(
+                    key, std::visit([](const auto& v) { return tinygltf::Value(v); }, value));
+            }
+            scene.extras = tinygltf::Value(std::move(extras));
+        }
         m_model.scenes.push_back(std::move(scene));
         m_model.defaultScene = 0;
     }
@@ -178,8 +186,8 @@ private:
 } // namespace
 
 std::string ObjectFileWriter::toGlb(const std::vector<ViewerObject>& objects,
-                                    const std::string& name) {
-    GlbBuilder builder(name);
+                                    const std::string& name, const FlatExtras& sceneExtras) {
+    GlbBuilder builder(name, sceneExtras);
     for (const auto& object : objects) {
         if (object.part) {
             builder.addObject(object);

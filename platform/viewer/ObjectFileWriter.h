@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assembly/FlatExtras.h"
 #include "platform/viewer/ViewerObject.h"
 
 #include <string>
@@ -14,7 +15,9 @@ namespace pluvarine {
 // are metallic-roughness factors. The scene's name is the object name.
 class ObjectFileWriter {
 public:
-    static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name);
+    // `sceneExtras` become the scene's extras as flat values.
+    static std::string toGlb(const std::vector<ViewerObject>& objects, const std::string& name,
+                             const FlatExtras& sceneExtras = {});
 
     // Writes the bytes through AtomicFile, so the target is either the old file or the complete
     // new one, and an interrupted write leaves only a hidden temporary file that no listing of

@@ -5,6 +5,7 @@
 #include "platform/viewer/PartModel.h"
 #include "platform/viewer/SurfaceLook.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,6 +22,10 @@ struct ViewerObject {
     std::optional<SurfaceLook> material; // the applied material; none: the part's own look
     bool committed = false;
     Box3 bounds; // the drawn extent in the scene frame, kept up to date by the scene
+    // As the scene was told, for the parts list: the product of the scales and the material
+    // file applied (none: never one).
+    std::optional<std::array<float, 3>> scaled;
+    std::optional<std::string> materialFile;
 
     bool drawn() const { return part && !part->auxiliary; }
     // The look of piece `index`: the applied material or the part's own.

@@ -1,5 +1,6 @@
 #include "platform/viewer/ViewerScene.h"
 
+#include "assembly/PartsList.h"
 #include "base/RuntimeError.h"
 #include "platform/viewer/GlbReader.h"
 #include "platform/viewer/ObjectFileWriter.h"
@@ -57,6 +58,8 @@ void ViewerScene::CurrentObject(std::int32_t id) {
 
 bool ViewerScene::ScaleObject(float sx, float sy, float sz) {
     ViewerObject& object = current("ScaleObject");
+    const auto before = object.scaled.value_or(std::array<float, 3>{1, 1, 1});
+    object.scaled = {before[0] * sx, before[1] * sy, before[2] * sz};
     place(object, placed(object.transform.translationPart(),
                          Matrix4d::scaling(sx, sy, sz) * linearPart(object.transform)));
     notify(SceneChange::Placement);
@@ -94,6 +97,7 @@ bool ViewerScene::ApplyMaterial(std::int32_t /*slot*/, const std::string& materi
     if (!object) {
         return false; // an id of a scene since replaced: skipped
     }
+    object->materialFile = materialFile;
     bool ok = true;
     if (materialFile.empty()) {
         object->material.reset();
@@ -119,7 +123,8 @@ bool ViewerScene::SaveScene(const std::string& path, const std::string& objectNa
     }
     const std::string name =
         objectName.empty() ? std::filesystem::path(target).stem().string() : objectName;
-    ObjectFileWriter::writeFile(target, ObjectFileWriter::toGlb(m_objects, name));
+    ObjectFileWriter::writeFile(
+        target, ObjectFileWriter::toGlb(m_objects, name, PartsList::of(composition()).toExtras()));
     return true;
 }
 
@@ -163,6 +168,17 @@ void ViewerScene::setTransform(std::int32_t id, const Matrix4d& transform) {
         place(*object, transform);
         notify(SceneChange::Placement);
     }
+}
+
+std::vector<SceneObject> ViewerScene::composition() const {
+    std::vector<SceneObject> composed;
+    for (const ViewerObject& object : m_objects) {
+        if (object.id > 0) {
+            composed.push_back({object.id, object.part->path, object.scaled, std::nullopt,
+                                std::nullopt, object.materialFile, object.committed});
+        }
+    }
+    return composed;
 }
 
 const ViewerObject* ViewerScene::object(std::int32_t id) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assembly/SceneObject.h"
 #include "assembly/SceneOperations.h"
 #include "platform/viewer/Box3.h"
 #include "platform/viewer/MaterialCache.h"
@@ -53,8 +54,9 @@ public:
     // Empty path: the part's own look (true). A file that is missing or not a material file:
     // the part's own look (false). A current id no longer in the scene: nothing (false).
     bool ApplyMaterial(std::int32_t slot, const std::string& materialFile) override;
-    // Writes the scene as an object file (see ObjectFileWriter); the object name becomes the
-    // scene's name (the file's base name when empty); the third string is not used. An empty
+    // Writes the scene as an object file (see ObjectFileWriter) with the parts list of its
+    // composition in the scene's extras; the object name becomes the scene's name (the file's
+    // base name when empty); the third string is not used. An empty
     // path asks the save dialog; cancel (or no dialog) writes nothing and returns false.
     bool SaveScene(const std::string& path, const std::string& objectName,
                    const std::string& third) override;
@@ -75,6 +77,9 @@ public:
 
     const std::vector<ViewerObject>& objects() const { return m_objects; }
     const ViewerObject* object(std::int32_t id) const;
+    // The objects as the scene operations composed them (part file, scales, material), in the
+    // order they were added: what the parts list is read from.
+    std::vector<SceneObject> composition() const;
     std::int32_t currentObject() const { return m_current; }
     std::int32_t nextId() const { return m_nextId; }
     // The drawn objects' extent in the scene frame (auxiliary objects left out); each object's

@@ -2,6 +2,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
@@ -146,6 +147,29 @@ TEST(ComposeCli, MaterialAndTrace) {
     }
     EXPECT_EQ(applied, 2 * 6); // the rebuild's material step, then the choice's
     EXPECT_EQ(calls.back()["args"][1], material);
+}
+
+// The list counts, article for article, the parts the trace shows added since the last reset.
+TEST(ComposeCli, PartsListIsWhatTheTracePlaced) {
+    const auto doc = report({"--height", "3000", "--overhang", "150", "--gutter-width", "210",
+                             "--answer", "bend", "--material", "copper", "--trace"});
+    EXPECT_EQ(doc["partsList"][2], nlohmann::json::parse(R"({"article": "pipe", "count": 1,
+        "file": "Fallrohr_100_500.v3o", "diameter": 100, "angle": 0, "length": 500,
+        "material": "copper", "cutLength": 275})"));
+    std::map<std::string, int> added, listed;
+    for (const auto& call : doc["calls"]) {
+        if (call["op"] == "LoadScene")
+            added.clear();
+        if (call["op"] == "AddPart") {
+            const std::string path = call["args"][0];
+            ++added[path.substr(path.find_last_of('/') + 1)];
+        }
+    }
+    added.erase("dummy.v3o");
+    for (const auto& row : doc["partsList"])
+        listed[row["file"]] += row["count"].get<int>();
+    EXPECT_EQ(listed, added);
+    EXPECT_EQ(listed["Knick_100_42.v3o"], 2);
 }
 
 struct Refusal {

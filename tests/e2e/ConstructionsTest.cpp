@@ -3,6 +3,9 @@
 
 #include "ScriptedSession.h"
 
+#include <map>
+#include <sstream>
+
 namespace pluvarine::e2e {
 namespace {
 
@@ -76,6 +79,7 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject)
     add({{"do", "openProject"}, {"path", path("house.tproj")}});
     snapshot("opened");
     add({{"do", "screenshot"}, {"file", path("host.png")}});
+    add({{"do", "partsList"}, {"file", path("list.csv")}});
     ASSERT_EQ(run(), 0) << read("stderr.txt");
 
     EXPECT_EQ(state("inside")["messages"], Json::parse(R"(["Error! Please try again!"])"));
@@ -122,6 +126,19 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject)
     EXPECT_EQ(opened["macro"]["objectCounter"], 5);
     EXPECT_TRUE(opened["host"]["button"]["enabled"]);
     EXPECT_EQ(opened["host"]["elements"], elements);
+
+    // The parts list of the reopened project, read from the object files: per downpipe the rows
+    // of its construction (south straight, east 42-degree kinks, north 42-degree bends, west
+    // 72-degree bends), then the totals.
+    std::istringstream csv(read("list.csv"));
+    std::string line;
+    std::map<std::string, int> rows;
+    std::getline(csv, line);
+    EXPECT_EQ(line.substr(0, 31), "Downpipe,Article,Catalogue file");
+    while (std::getline(csv, line))
+        ++rows[line.substr(0, line.find(','))];
+    EXPECT_EQ(rows, (std::map<std::string, int>{
+                        {"1.tob", 5}, {"2.tob", 7}, {"3.tob", 8}, {"4.tob", 8}, {"Total", 10}}));
 }
 
 } // namespace

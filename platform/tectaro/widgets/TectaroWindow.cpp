@@ -2,9 +2,12 @@
 
 #include "platform/system/UserMessages.h"
 #include "platform/system/UserQuestions.h"
+#include "platform/tectaro/ProjectPartsList.h"
 #include "platform/tectaro/TectaroHost.h"
 #include "platform/tectaro/widgets/BuildingView3D.h"
+#include "platform/tectaro/widgets/PartsListDialog.h"
 #include "platform/tectaro/widgets/PlanView.h"
+#include "ui/text/LoadText.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -107,6 +110,10 @@ void TectaroWindow::buildToolbar() {
             bar->addAction(style()->standardIcon(entry.icon), tr(entry.text), this, entry.run);
         action->setObjectName(QString::fromLatin1(entry.name));
     }
+    QAction* partsList =
+        bar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView),
+                       QString::fromStdString(LoadText(9000)), this, [this]() { showPartsList(); });
+    partsList->setObjectName(QStringLiteral("tectaroPartsList"));
     bar->addSeparator();
     m_macroAction = bar->addAction(QString(), this, [this]() { pressMacroButton(); });
     m_macroAction->setObjectName(QStringLiteral("tectaroMacroButton"));
@@ -176,6 +183,21 @@ bool TectaroWindow::closeProject() {
     }
     m_host.closeProject();
     return true;
+}
+
+PartsListDialog& TectaroWindow::showPartsList() {
+    if (!m_partsList) {
+        m_partsList = new PartsListDialog(m_host, this);
+    }
+    m_partsList->refresh();
+    m_partsList->show();
+    m_partsList->raise();
+    return *m_partsList;
+}
+
+bool TectaroWindow::exportPartsList(const std::string& path, std::string* error) {
+    const TectaroProject* project = m_host.project();
+    return (project ? ProjectPartsList::of(*project) : ProjectPartsList{}).writeCsv(path, error);
 }
 
 bool TectaroWindow::screenshot(const std::string& path) {

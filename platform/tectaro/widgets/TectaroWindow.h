@@ -11,14 +11,15 @@ class QProgressBar;
 namespace pluvarine {
 
 class BuildingView3D;
+class PartsListDialog;
 class PlanView;
 class TectaroHost;
 class UserMessages;
 class UserQuestions;
 
-// The stand-in host's main window: a toolbar with new, open, save and close project and the
-// macro's button (its image, tooltip, shown and enabled state as the macro sets them), the plan
-// view beside the 3D view of the building, and a status bar with the prompt line and a
+// The stand-in host's main window: a toolbar with new, open, save and close project, the parts
+// list and the macro's button (its image, tooltip, shown and enabled state as the macro sets them),
+// the plan view beside the 3D view of the building, and a status bar with the prompt line and a
 // progress bar. Closing the window raises exe_ProgramExit.
 //
 // The entry points below are what a script or a test uses; each does what the toolbar or a
@@ -52,6 +53,10 @@ public:
     // Empty path: the project's own file.
     bool saveProject(const std::string& path = {}, std::string* error = nullptr);
     bool closeProject();
+    // The parts list of every downpipe of the project and the totals: shows its window, or
+    // writes it as CSV (false with the reason when the file cannot be written).
+    PartsListDialog& showPartsList();
+    bool exportPartsList(const std::string& path, std::string* error = nullptr);
     // Writes the window as it shows now to a PNG file.
     bool screenshot(const std::string& path);
 
@@ -73,6 +78,7 @@ private:
     PlanView* m_plan = nullptr;
     BuildingView3D* m_view3D = nullptr;
     QAction* m_macroAction = nullptr;
+    PartsListDialog* m_partsList = nullptr;
     QLabel* m_prompt = nullptr;
     QProgressBar* m_progress = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "Assemblies.h"
 #include "ViewerFixture.h"
+#include "assembly/PartsList.h"
+#include "assembly/RecordingScene.h"
 #include "platform/viewer/GlbReader.h"
 
 #include <csignal>
@@ -54,6 +56,9 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
     const auto json = nlohmann::json::parse(glb.substr(20, jsonLength));
     const auto& nodes = json["nodes"];
     EXPECT_EQ(json["scenes"][json["scene"].get<int>()]["name"], "Fallrohr");
+    // No catalogue part here: the parts list is empty, flat in the scene's extras.
+    EXPECT_EQ(json["scenes"][0]["extras"],
+              nlohmann::json::parse(R"({"pluvarine.partsList.count": 0})"));
     ASSERT_EQ(nodes.size(), 5u);                        // base scene + 4 objects
     EXPECT_EQ(nodes[1]["name"], "Fallrohr_100_500 #1"); // the part file's own name
     EXPECT_EQ(nodes[2]["name"], "Rohrschelle_100 #2");
@@ -182,6 +187,13 @@ TEST_P(ConstructionExport, WritesAValidObjectFile) {
         content.items.size(),
         std::accumulate(scene.objects().begin(), scene.objects().end(), std::size_t(0),
                         [](std::size_t n, const auto& o) { return n + o.part->pieces.size(); }));
+    // The parts list in the scene's extras: what a recording of the same design lists.
+    RecordingScene recording;
+    composeAssembly(recording, GetParam(), PLUVARINE_WORKFOLDER "/mat/Kupfer.ini");
+    const PartsList list = PartsList::fromExtras(content.sceneExtras);
+    EXPECT_EQ(list, PartsList::of(recording.objects()));
+    EXPECT_EQ(list.rows.back().file, "Rohrschelle_100.v3o");
+    EXPECT_EQ(list.rows.back().material, "copper");
     const std::string command =
         "bash '" PLUVARINE_SOURCE_DIR "/tools/validator/validate.sh' '" + file + "'";
     const int status = std::system(command.c_str());

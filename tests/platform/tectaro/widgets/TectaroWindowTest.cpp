@@ -1,11 +1,14 @@
 #include "platform/tectaro/widgets/TectaroWindow.h"
 
 #include "../TectaroTestSupport.h"
+#include "platform/tectaro/widgets/PartsListDialog.h"
 #include "platform/tectaro/widgets/PlanView.h"
+#include "ui/text/LoadText.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMouseEvent>
+#include <QTableWidget>
 
 using namespace pluvarine;
 
@@ -130,4 +133,22 @@ TEST_F(WindowFixture, AfterAFailedSaveNothingClosesTheProjectWithoutAsking) {
     EXPECT_EQ(events.names,
               (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed", "NewCurrentProject",
                            "SaveStart", "SaveBuilding", "ProjectClosed", "ProgramExit"}));
+}
+
+// The toolbar's parts list opens its window: the columns in the interface language, no row
+// for a project without downpipes.
+TEST_F(WindowFixture, ThePartsListCommandShowsTheListsWindow) {
+    setActiveTextLanguage(TextLanguage::German);
+    QAction* action = window.findChild<QAction*>("tectaroPartsList");
+    ASSERT_NE(action, nullptr);
+    action->trigger();
+    auto* dialog = window.findChild<PartsListDialog*>("tectaroPartsListWindow");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Stückliste"));
+    EXPECT_EQ(dialog->table().columnCount(), 11);
+    EXPECT_EQ(dialog->table().horizontalHeaderItem(8)->text(),
+              QStringLiteral("Zuschnittlänge (mm)"));
+    EXPECT_EQ(dialog->table().rowCount(), 0);
+    setActiveTextLanguage(TextLanguage::EnglishUnitedStates);
 }
