@@ -10,7 +10,7 @@
 #include "ui/FrmMessage.h"
 #include "ui/UiAssets.h"
 #include "ui/UiText.h"
-#include "ui/text/LanguageM.h"
+#include "store/text/LanguageM.h"
 
 #include <QComboBox>
 #include <QFrame>

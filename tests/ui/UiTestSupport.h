@@ -5,7 +5,7 @@
 #include "ui/FrmDetails.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmMessage.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QtTest>
 #include <QtWidgets>
