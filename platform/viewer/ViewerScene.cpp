@@ -37,7 +37,8 @@ void ViewerScene::LoadScene(const std::string& sceneFile) {
     m_current = 0;
     notify(SceneChange::Content);
     auto base = m_cache->part(sceneFile);
-    if (!base->pieces.empty()) {
+    // A base scene of nothing but auxiliary helpers (the working folder's marker) adds no object.
+    if (!base->pieces.empty() && !base->auxiliary) {
         ViewerObject object;
         object.part = std::move(base);
         object.committed = true;
@@ -84,7 +85,6 @@ bool ViewerScene::CommitObject(bool flag) {
 }
 
 void ViewerScene::UpdateView() {
-    ++m_fitRequests;
     notify(SceneChange::FitView);
 }
 
@@ -214,7 +214,6 @@ std::int32_t ViewerScene::append(std::shared_ptr<const PartModel> part, const Ma
 }
 
 void ViewerScene::notify(SceneChange change) {
-    ++m_revision;
     const auto observers = m_observers; // an observer may add or remove observers
     for (const auto& [handle, observer] : observers) {
         observer(change);

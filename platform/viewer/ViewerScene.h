@@ -71,13 +71,8 @@ public:
 
     const std::vector<ViewerObject>& objects() const { return m_objects; }
     const ViewerObject* object(std::int32_t id) const;
-    std::int32_t currentObject() const { return m_current; }
-    std::int32_t nextId() const { return m_nextId; }
     // The drawn objects' extent in the scene frame (auxiliary objects left out).
     Box3 bounds() const;
-    // Counts every change; a view can tell whether it is up to date.
-    std::uint64_t revision() const { return m_revision; }
-    int fitRequests() const { return m_fitRequests; }
 
     int addObserver(Observer observer);
     void removeObserver(int handle);
@@ -97,8 +92,6 @@ private:
     std::vector<ViewerObject> m_objects; // sorted by id; base-scene content (id 0) first
     std::int32_t m_nextId = 1;
     std::int32_t m_current = 0;
-    std::uint64_t m_revision = 0;
-    int m_fitRequests = 0;
     std::map<int, Observer> m_observers;
     int m_nextObserver = 1;
     SaveDialog m_saveDialog;
