@@ -64,10 +64,6 @@ std::unique_ptr<HostConnection> TectaroHost::createConnection() {
     return std::make_unique<TectaroConnection>(this);
 }
 
-HostConnectionFactory TectaroHost::connectionFactory() {
-    return [this]() { return createConnection(); };
-}
-
 std::shared_ptr<const Building> TectaroHost::building() const {
     return m_project ? m_project->building : emptyBuilding();
 }
@@ -109,9 +105,7 @@ void TectaroHost::runStep() {
         qWarning("Tectaro: an event handler failed: %s", error.what());
     }
     m_running = false;
-    if (m_steps.empty()) {
-        emit idle();
-    } else {
+    if (!m_steps.empty()) {
         schedule();
     }
 }
