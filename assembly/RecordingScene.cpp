@@ -13,12 +13,10 @@ SceneCall& RecordingScene::receive(SceneMember member, std::string op,
     call.op = std::move(op);
     call.args = std::move(args);
     const std::size_t number = m_calls.size();
-    for (const FaultRule& rule : m_faults) {
-        if (rule(number, call)) {
-            call.failed = true;
-            throw RuntimeError(RuntimeError::ViewerError, "viewer error in " + call.op + " (call " +
-                                                              std::to_string(number) + ")");
-        }
+    if (fails(number, call)) {
+        call.failed = true;
+        throw RuntimeError(RuntimeError::ViewerError,
+                           "viewer error in " + call.op + " (call " + std::to_string(number) + ")");
     }
     return call;
 }
@@ -102,33 +100,6 @@ bool RecordingScene::SaveScene(const std::string& path, const std::string& objec
     SceneCall& call = receive(SceneMember::SaveScene, "SaveScene", {path, objectName, third});
     call.result = true;
     return true;
-}
-
-void RecordingScene::addFault(FaultRule rule) {
-    m_faults.push_back(std::move(rule));
-}
-
-void RecordingScene::failCall(std::size_t number) {
-    addFault([number](std::size_t n, const SceneCall&) { return n == number; });
-}
-
-void RecordingScene::failOperation(SceneMember member) {
-    addFault([member](std::size_t, const SceneCall& call) { return call.member == member; });
-}
-
-void RecordingScene::failAddPartOf(std::string_view fileName) {
-    addFault([name = std::string(fileName)](std::size_t, const SceneCall& call) {
-        if (call.member != SceneMember::AddPart) {
-            return false;
-        }
-        const std::string& path = std::get<std::string>(call.args.front());
-        return path.size() >= name.size() &&
-               path.compare(path.size() - name.size(), name.size(), name) == 0;
-    });
-}
-
-void RecordingScene::clearFaults() {
-    m_faults.clear();
 }
 
 std::vector<SceneCall> RecordingScene::callsSinceLoad() const {

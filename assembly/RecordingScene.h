@@ -6,10 +6,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -31,14 +29,9 @@ struct SceneCall {
 // A scene without a display: hands out consecutive object ids (1, 2, ... continuing across
 // LoadScene, as the viewer does), keeps every call it receives in order and the objects of the
 // present scene. Operations on an id that is no longer in the scene are skipped, never a
-// failure. Faults can be injected: a call the fault rule picks throws RuntimeError(ViewerError)
-// before it takes effect.
+// failure. A call that fails() picks throws RuntimeError(ViewerError) before it takes effect.
 class RecordingScene : public SceneOperations {
 public:
-    // Decides, before a call takes effect, whether the viewer raises an error for it. `number`
-    // is the 1-based position of the call among all calls received.
-    using FaultRule = std::function<bool(std::size_t number, const SceneCall& call)>;
-
     void LoadScene(const std::string& sceneFile) override;
     std::int32_t AddPart(const std::string& partFile) override;
     void CurrentObject(std::int32_t id) override;
@@ -51,15 +44,8 @@ public:
     bool SaveScene(const std::string& path, const std::string& objectName,
                    const std::string& third) override;
 
-    // Fault injection; each rule adds to the ones already set.
-    void addFault(FaultRule rule);
-    void failCall(std::size_t number);             // the n-th call received (1-based)
-    void failOperation(SceneMember member);        // every call of that operation
-    void failAddPartOf(std::string_view fileName); // every AddPart of a path ending so
-    void clearFaults();
-
     const std::vector<SceneCall>& calls() const { return m_calls; }
-    // Forgets the calls so far; call numbers for fault rules count afresh.
+    // Forgets the calls so far; call numbers count afresh.
     void clearCalls() {
         m_calls.clear();
         m_lastLoad = 0;
@@ -74,8 +60,13 @@ public:
     std::optional<std::int32_t> currentObject() const { return m_current; }
     int viewUpdates() const { return m_viewUpdates; }
 
+protected:
+    // Whether the viewer raises an error for a call, decided before it takes effect; `number`
+    // is the 1-based position of the call among all calls received. None does here.
+    virtual bool fails(std::size_t /*number*/, const SceneCall& /*call*/) const { return false; }
+
 private:
-    // Records the call and throws when a fault rule picks it; returns the record to complete.
+    // Records the call and throws when fails() picks it; returns the record to complete.
     SceneCall& receive(SceneMember member, std::string op, std::vector<SceneValue> args);
     SceneObject* currentTarget();
     // Records an operation on the current object and applies `change` to it when there is one;
@@ -94,7 +85,6 @@ private:
 
     std::vector<SceneCall> m_calls;
     std::vector<SceneObject> m_objects;
-    std::vector<FaultRule> m_faults;
     std::string m_sceneFile;
     std::optional<std::int32_t> m_current;
     std::int32_t m_nextId = 1;

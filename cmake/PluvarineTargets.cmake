@@ -20,8 +20,13 @@ endfunction()
 # programs that need a display are listed under the same display as they run.
 #   ENVIRONMENT: extra variables for every test of the folder (e.g. QT_QPA_PLATFORM=offscreen)
 #   QT_MAIN: link the shared main that creates a QApplication instead of gtest_main
+#   LABEL: the ctest label of its tests: unit (default; fast, no display), gl (renders under
+#     Xvfb) or e2e (runs the program); `ctest -L unit` runs the fast ones
 function(pluvarine_test name)
-  cmake_parse_arguments(ARG "QT_MAIN" "" "DEPS;ENVIRONMENT;SOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "QT_MAIN" "LABEL" "DEPS;ENVIRONMENT;SOURCES" ${ARGN})
+  if(NOT ARG_LABEL)
+    set(ARG_LABEL unit)
+  endif()
   if(ARG_SOURCES)
     set(sources ${ARG_SOURCES})
   else()
@@ -44,6 +49,10 @@ function(pluvarine_test name)
   if(TARGET pluvarine_workfolder)
     add_dependencies(${name} pluvarine_workfolder)
   endif()
+  set(properties LABELS ${ARG_LABEL})
+  if(ARG_ENVIRONMENT) # an empty value would drop out of the list and shift the pairs
+    list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "${ARG_ENVIRONMENT}")
+    PROPERTIES ${properties})
 endfunction()

@@ -13,7 +13,7 @@
 #include "store/ObjectCounter.h"
 #include "store/ProjectArchive.h"
 #include "store/WorkFolder.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <array>
 #include <cmath>

@@ -85,7 +85,6 @@ public:
     bool skipVersionCheck() const { return m_skipVersionCheck; }
     std::int16_t objectCounter() const { return m_objectCounter; }
     const std::string& settingsFile() const { return m_settingsFile; }
-    const HostPicture& clickCursor() const { return m_clickCursor; }
     const std::shared_ptr<HostBuilding>& activeBuilding() const { return m_activeBuilding; }
     const std::shared_ptr<HostRoofData>& roofData() const { return m_roofData; }
 

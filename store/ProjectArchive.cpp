@@ -9,7 +9,7 @@
 #include "platform/system/FileDescriptor.h"
 #include "platform/system/UserMessages.h"
 #include "store/ArchiveFormat.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <algorithm>
 #include <cerrno>

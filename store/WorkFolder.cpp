@@ -1,6 +1,6 @@
 #include "store/WorkFolder.h"
 
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 namespace pluvarine {
 

@@ -34,10 +34,16 @@ QLabel* addLabel(QWidget* parent, const QString& name, const QString& text, cons
 
 QLineEdit* addNumericField(QWidget* parent, const QString& name, const QString& text,
                            const QRect& geometry) {
-    auto* field = place(new QLineEdit(text, parent), name, geometry);
+    auto* field = place(new QLineEdit(parent), name, geometry);
     field->setTextMargins(0, 0, 0, 0);
+    setFieldText(field, text);
     NumericKeyFilter::install(field);
     return field;
+}
+
+void setFieldText(QLineEdit* field, const QString& text) {
+    field->setText(text);
+    field->setCursorPosition(0);
 }
 
 CaptionButton* addButton(QWidget* parent, const QString& name, const QString& text,

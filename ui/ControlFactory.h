@@ -23,6 +23,9 @@ QLabel* addLabel(QWidget* parent, const QString& name, const QString& text, cons
 // A numeric text box with the numeric key filter.
 QLineEdit* addNumericField(QWidget* parent, const QString& name, const QString& text,
                            const QRect& geometry);
+// Sets a text box's text with the cursor at its start: a text wider than the box shows its
+// beginning ("2873,39745962" of a long height), not its end.
+void setFieldText(QLineEdit* field, const QString& text);
 // A button with an optional picture beside its caption.
 CaptionButton* addButton(QWidget* parent, const QString& name, const QString& text,
                          const QRect& geometry, const QString& picture = {},

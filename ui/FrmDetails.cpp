@@ -117,11 +117,11 @@ void FrmDetails::applyLanguageTexts() {
 
 void FrmDetails::fill() {
     const RoofData& roof = m_daten.roof;
-    m_txtOverhang->setText(QString::fromStdString(numberText(roof.roofOverhang)));
-    m_txtBd->setText(QString::fromStdString(doubleToText(roof.gutterWidth)));
-    m_txtFn->setText(QString::fromStdString(doubleToText(roof.roofPitch)));
-    m_txtDe->setText(QString::fromStdString(doubleToText(roof.roofingThickness)));
-    m_txtH->setText(QString::fromStdString(doubleToText(m_daten.design.heightH)));
+    setFieldText(m_txtOverhang, QString::fromStdString(numberText(roof.roofOverhang)));
+    setFieldText(m_txtBd, QString::fromStdString(doubleToText(roof.gutterWidth)));
+    setFieldText(m_txtFn, QString::fromStdString(doubleToText(roof.roofPitch)));
+    setFieldText(m_txtDe, QString::fromStdString(doubleToText(roof.roofingThickness)));
+    setFieldText(m_txtH, QString::fromStdString(doubleToText(m_daten.design.heightH)));
     m_lblDR->setText(QString::fromStdString(doubleToText(roof.roofDirection)));
 }
 

@@ -3,6 +3,7 @@
 #include "assembly/MaterialChoice.h"
 #include "base/ResumeNext.h"
 #include "host/MacroCommands.h"
+#include "store/text/LanguageM.h"
 #include "ui/CaptionButton.h"
 #include "ui/ControlFactory.h"
 #include "ui/FittedText.h"
@@ -10,7 +11,6 @@
 #include "ui/FrmMessage.h"
 #include "ui/UiAssets.h"
 #include "ui/UiText.h"
-#include "ui/text/LanguageM.h"
 
 #include <QComboBox>
 #include <QFrame>
@@ -296,7 +296,7 @@ void FrmMain::setClickLabels(const std::string& x, const std::string& y) {
 }
 
 void FrmMain::setOverhangText(const std::string& text) {
-    m_txtOverhang->setText(QString::fromStdString(text));
+    setFieldText(m_txtOverhang, QString::fromStdString(text));
 }
 
 void FrmMain::enableTimer1() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QFont>
 #include <QString>

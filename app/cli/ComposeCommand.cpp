@@ -6,6 +6,7 @@
 #include "assembly/PlainRebuildInputs.h"
 #include "assembly/Rebuild.h"
 #include "assembly/RecordingScene.h"
+#include "platform/system/InstalledData.h"
 
 #include <iostream>
 
@@ -27,7 +28,8 @@ int runCompose(const std::vector<std::string>& args) {
     }
 
     Daten daten;
-    daten.workFolder = options.workFolder.empty() ? PLUVARINE_WORKFOLDER : options.workFolder;
+    daten.workFolder =
+        options.workFolder.empty() ? InstalledData::workFolderTree() : options.workFolder;
     while (daten.workFolder.size() > 1 && daten.workFolder.back() == '/') {
         daten.workFolder.pop_back();
     }

@@ -273,6 +273,7 @@ void ScriptRunner::typeKeys(const Json& step) {
     auto* field = control<QLineEdit>(step);
     requireUsable(*field);
     field->setFocus();
+    field->end(false); // keys go after the text, as when a user clicks behind it
     if (step.value("clear", false)) {
         // As a user would: select everything, then backspace.
         field->selectAll();

@@ -1,8 +1,10 @@
 #include "Session.h"
 
 #include "RecordedMessages.h"
+#include "assembly/WorkFolderFiles.h"
 #include "base/RuntimeError.h"
 #include "host/JournalingHostConnection.h"
+#include "platform/system/InstalledData.h"
 #include "platform/system/widgets/MessageBoxUserMessages.h"
 #include "platform/tectaro/Building.h"
 #include "platform/viewer/widget/PreviewWidget.h"
@@ -14,21 +16,17 @@ namespace pluvarine {
 
 namespace {
 
-// Where the program finds its sample building and help pages unless told otherwise.
-std::string defaultBuildingFile() {
-#ifdef PLUVARINE_SAMPLE_BUILDING
-    return PLUVARINE_SAMPLE_BUILDING;
-#else
-    return {};
-#endif
-}
-
-std::string defaultHelpFolder() {
-#ifdef PLUVARINE_HELP_FOLDER
-    return PLUVARINE_HELP_FOLDER;
-#else
-    return {};
-#endif
+// The data the program ships is checked before anything starts: an installation or a build
+// tree that lacks some of it would otherwise show an empty preview and say nothing.
+void require(const std::string& what, const std::vector<std::string>& missing) {
+    if (missing.empty()) {
+        return;
+    }
+    std::string message = what + " not found:";
+    for (const std::string& path : missing) {
+        message += "\n  " + path;
+    }
+    throw RuntimeError(RuntimeError::FileNotFound, message);
 }
 
 bool openGlAvailable() {
@@ -42,14 +40,14 @@ TectaroOptions hostOptions(const LaunchOptions& options) {
     if (options.versionText) {
         host.versionText = *options.versionText;
     }
-    host.workFolderTree = PLUVARINE_WORKFOLDER;
-    host.helpFolder = options.helpFolder.empty() ? defaultHelpFolder() : options.helpFolder;
+    host.workFolderTree = InstalledData::workFolderTree();
+    require("The part files and materials (the working-folder tree) were",
+            InstalledData::missing(host.workFolderTree, workFolderFiles()));
+    host.helpFolder = options.helpFolder.empty() ? InstalledData::helpFolder() : options.helpFolder;
+    require("The help pages were", InstalledData::missing(host.helpFolder, {"Pluvarine.htm"}));
     const std::string building =
-        options.building.empty() ? defaultBuildingFile() : options.building;
-    if (building.empty()) {
-        throw RuntimeError(RuntimeError::FileNotFound,
-                           "no building file: name one with --building FILE");
-    }
+        options.building.empty() ? InstalledData::sampleBuilding() : options.building;
+    require("The building file was", InstalledData::missing({}, {building}));
     host.defaultBuilding = std::make_shared<const Building>(Building::load(building));
     return host;
 }

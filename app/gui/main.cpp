@@ -6,6 +6,7 @@
 #include "base/RuntimeError.h"
 
 #include <QApplication>
+#include <QMessageBox>
 #include <iostream>
 #include <memory>
 
@@ -33,6 +34,10 @@ int main(int argc, char** argv) {
         }
     } catch (const std::exception& failure) {
         std::cerr << "pluvarine: " << failure.what() << '\n';
+        if (options->script.empty()) { // started from a desktop, where no one reads stderr
+            QMessageBox::critical(nullptr, QApplication::applicationName(),
+                                  QString::fromUtf8(failure.what()));
+        }
         return 2;
     }
     if (!session->start()) {

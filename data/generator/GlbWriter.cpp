@@ -1,5 +1,7 @@
 #include "data/generator/GlbWriter.h"
 
+#include "platform/viewer/GltfAxes.h"
+
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -14,8 +16,9 @@ namespace {
 using tinygltf::Value;
 
 constexpr const char* kFrame =
-    "metres; z up, x perpendicular to the wall (+x towards it), y along the wall; the scene frame "
-    "itself, no y-up conversion; the origin is the part's reference point";
+    "metres; the mesh in the scene frame: z up, x perpendicular to the wall (+x towards it), y "
+    "along the wall, the origin the part's reference point (the centre of its box); the node "
+    "turns it +Y up";
 
 // The part's own look: the grey plastic swatch (144, 144, 144) as a linear base colour.
 double linearFromSrgb(int channel) {
@@ -23,12 +26,21 @@ double linearFromSrgb(int channel) {
     return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
 }
 
-Value vec(const Vec3& v) {
-    return Value(Value::Array{Value(v.x), Value(v.y), Value(v.z)});
-}
-
-Value ownExtras(Value::Object fields) {
-    return Value(Value::Object{{"pluvarine", Value(std::move(fields))}});
+// Extras are flat (names to numbers, texts or Booleans): other glTF readers take them as
+// metadata and some refuse nested ones. An opening is named "opening.<name>.<field>".
+void addOpening(Value::Object& extras, const Opening& o) {
+    const std::string prefix = "opening." + o.name + ".";
+    const Vec3 centre = o.centre * 0.001;
+    const std::pair<const char*, double> fields[] = {{"x", centre.x},
+                                                     {"y", centre.y},
+                                                     {"z", centre.z},
+                                                     {"dx", o.direction.x},
+                                                     {"dy", o.direction.y},
+                                                     {"dz", o.direction.z},
+                                                     {"radius", o.radius / 1000}};
+    for (const auto& [name, value] : fields) {
+        extras.emplace(prefix + name, Value(value));
+    }
 }
 
 // Appends `size` bytes to the model's one buffer (4-byte aligned) with a view and an accessor.
@@ -68,13 +80,12 @@ tinygltf::Asset asset(Value::Object extras) {
     result.version = "2.0";
     result.generator = "pluvarine-partgen";
     extras.emplace("frame", Value(std::string(kFrame)));
-    result.extras = ownExtras(std::move(extras));
+    result.extras = Value(std::move(extras));
     return result;
 }
 
-} // namespace
-
-std::string GlbWriter::partFile(const PartModel& part) {
+// One scene of one node with the part's mesh, turned +Y up.
+std::string glb(const PartModel& part, Value::Object assetExtras, Value::Object nodeExtras) {
     const MeshBuilder& mesh = part.mesh;
     const std::size_t count = mesh.positions().size();
     std::vector<float> positions, normals;
@@ -96,7 +107,7 @@ std::string GlbWriter::partFile(const PartModel& part) {
     }
 
     tinygltf::Model model;
-    model.asset = asset({{"part", Value(part.name)}, {"auxiliary", Value(part.auxiliary)}});
+    model.asset = asset(std::move(assetExtras));
     model.buffers.emplace_back();
 
     tinygltf::Accessor position = addAccessor(model, positions.data(), positions.size() * 4, count,
@@ -137,21 +148,14 @@ std::string GlbWriter::partFile(const PartModel& part) {
     gltfMesh.primitives.push_back(primitive);
     model.meshes.push_back(gltfMesh);
 
-    Value::Array openings;
-    for (const Opening& o : part.openings) {
-        openings.push_back(Value(Value::Object{{"name", Value(o.name)},
-                                               {"centre", vec(o.centre * 0.001)},
-                                               {"direction", vec(o.direction)},
-                                               {"radius", Value(o.radius / 1000)}}));
-    }
     tinygltf::Node node;
     node.name = part.name;
     node.mesh = 0;
-    Value::Object nodeExtras{{"openings", Value(std::move(openings))}};
+    node.matrix.assign(gltfFromSceneFrame.begin(), gltfFromSceneFrame.end());
     if (part.auxiliary) {
         nodeExtras.emplace("auxiliary", Value(true));
     }
-    node.extras = ownExtras(std::move(nodeExtras));
+    node.extras = Value(std::move(nodeExtras));
     model.nodes.push_back(node);
 
     tinygltf::Scene scene;
@@ -162,19 +166,19 @@ std::string GlbWriter::partFile(const PartModel& part) {
     return serialise(model);
 }
 
-std::string GlbWriter::baseScene() {
-    tinygltf::Model model;
-    model.asset = asset({{"baseScene", Value(true)}});
-    tinygltf::Node marker;
-    marker.name = "main";
-    marker.extras = ownExtras({{"baseScene", Value(true)}});
-    model.nodes.push_back(marker);
-    tinygltf::Scene scene;
-    scene.name = "main";
-    scene.nodes = {0};
-    model.scenes.push_back(scene);
-    model.defaultScene = 0;
-    return serialise(model);
+} // namespace
+
+std::string GlbWriter::partFile(const PartModel& part) {
+    Value::Object nodeExtras;
+    for (const Opening& o : part.openings) {
+        addOpening(nodeExtras, o);
+    }
+    return glb(part, {{"part", Value(part.name)}, {"auxiliary", Value(part.auxiliary)}},
+               std::move(nodeExtras));
+}
+
+std::string GlbWriter::baseScene(const PartModel& marker) {
+    return glb(marker, {{"baseScene", Value(true)}}, {{"baseScene", Value(true)}});
 }
 
 } // namespace pluvarine

@@ -220,11 +220,13 @@ PartModel clamp() {
     addPrism(nut, hexagon, 2, 10);
     appendAlongX(mesh, nut, {});
     appendAlongX(mesh, bar(5, 9, rodEnd, 24), {});
-    // Closure: two lugs and their bolt; hinge pin opposite.
-    addBox(mesh, {axisX - 5, 50, -10}, {axisX - 2, 64, 10});
-    addBox(mesh, {axisX + 2, 50, -10}, {axisX + 5, 64, 10});
-    appendAlongX(mesh, bar(2.5, -8.5, 8.5, 16), {axisX, 58, 0});
-    mesh.append(bar(3.5, -band, band, 16), {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {axisX, -55.5, 0});
+    // Closure and hinge: two lugs and their bolt on each side, so that the box is centred on
+    // the clamp's reference point.
+    for (const double side : {1.0, -1.0}) {
+        addBox(mesh, {axisX - 5, side * 57 - 7, -10}, {axisX - 2, side * 57 + 7, 10});
+        addBox(mesh, {axisX + 2, side * 57 - 7, -10}, {axisX + 5, side * 57 + 7, 10});
+        appendAlongX(mesh, bar(2.5, -8.5, 8.5, 16), {axisX, side * 58, 0});
+    }
     part.openings = {{"ring", {axisX, 0, -band}, {0, 0, -1}, inner},
                      {"rod", {rodEnd, 0, 0}, {1, 0, 0}, 5}};
     return part;
@@ -306,6 +308,12 @@ PartModel kink(int degrees) {
     sweep.tube([](double) { return kPipeRadius; }, samples, kPipeBore, samples);
     part.openings = {{"bottom", {axisX, 0, -height / 2}, {0, 0, -1}, kPipeRadius},
                      {"inclined", path.point(end), path.tangent(end), kPipeRadius}};
+    return part;
+}
+
+PartModel baseMarker() {
+    PartModel part{"main", {}, {}, true};
+    addBox(part.mesh, {-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5});
     return part;
 }
 

@@ -19,6 +19,8 @@ PartModel clamp();     // Rohrschelle_100
 PartModel bend(int degrees, bool upper);
 PartModel kink(int degrees); // Knick_100_<degrees>
 PartModel dummy();
+// The base scene's marker: an auxiliary 1 mm cube.
+PartModel baseMarker();
 
 std::vector<PartModel> catalogue();
 

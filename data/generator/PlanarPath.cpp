@@ -99,12 +99,4 @@ Vec3 PlanarPath::ring(double s, double radius, double turn) const {
     return point(s) + normal(s) * (radius * std::cos(angle)) + Vec3{0, radius * std::sin(angle), 0};
 }
 
-std::vector<double> PlanarPath::breaks() const {
-    std::vector<double> result{0};
-    for (const Segment& seg : m_segments) {
-        result.push_back(seg.start + seg.length);
-    }
-    return result;
-}
-
 } // namespace pluvarine

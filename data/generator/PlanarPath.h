@@ -26,8 +26,6 @@ public:
     // The point at `radius` from the centre line, a fraction `turn` round from the normal towards
     // +y.
     Vec3 ring(double s, double radius, double turn) const;
-    // Lengths where segments begin and end: places a sampling must hit.
-    std::vector<double> breaks() const;
 
 private:
     struct Segment {

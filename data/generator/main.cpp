@@ -50,7 +50,8 @@ int main(int argc, char** argv) {
         for (const auto& material : pluvarine::MaterialFiles::all()) {
             writeFile(root / "mat" / material.fileName, material.content);
         }
-        writeFile(root / "main.v3o", pluvarine::GlbWriter::baseScene());
+        writeFile(root / "main.v3o",
+                  pluvarine::GlbWriter::baseScene(pluvarine::PartShapes::baseMarker()));
     } catch (const std::exception& e) {
         std::cerr << "pluvarine-partgen: " << e.what() << "\n";
         return 1;

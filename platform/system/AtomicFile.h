@@ -43,7 +43,6 @@ public:
     void discard();
 
     const std::string& targetPath() const { return m_target; }
-    const std::string& temporaryPath() const { return m_temporary; }
     // The reason of the last failure, e.g. "No space left on device".
     const std::string& errorText() const { return m_error; }
 

@@ -1,7 +1,7 @@
 #include "platform/tectaro/ProjectPartsList.h"
 
 #include "platform/system/AtomicFile.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 namespace pluvarine {
 

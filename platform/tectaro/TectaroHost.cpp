@@ -65,10 +65,6 @@ std::unique_ptr<HostConnection> TectaroHost::createConnection() {
     return std::make_unique<TectaroConnection>(this);
 }
 
-HostConnectionFactory TectaroHost::connectionFactory() {
-    return [this]() { return createConnection(); };
-}
-
 std::shared_ptr<const Building> TectaroHost::building() const {
     return m_project ? m_project->building : emptyBuilding();
 }
@@ -110,9 +106,7 @@ void TectaroHost::runStep() {
         qWarning("Tectaro: an event handler failed: %s", error.what());
     }
     m_running = false;
-    if (m_steps.empty()) {
-        emit idle();
-    } else {
+    if (!m_steps.empty()) {
         schedule();
     }
 }

@@ -70,7 +70,6 @@ public:
     const std::string& programFolder() const { return m_programFolder; }
     void setProgramFolder(std::string folder);
     const std::string& versionText() const { return m_options.versionText; }
-    void setVersionText(std::string text) { m_options.versionText = std::move(text); }
     // Lays out the program folder from the working-folder tree and the help pages; runs at
     // the first GetProgramFolder by itself. False (with a reason) when that fails.
     bool seedProgramFolder(std::string* error = nullptr);
@@ -78,7 +77,6 @@ public:
     // ---- the macro ----
     // A new connection object for the macro (what creating the host's component gives).
     std::unique_ptr<HostConnection> createConnection();
-    HostConnectionFactory connectionFactory();
 
     // ---- project actions of the user or a script; the events follow on the queue ----
     void newProject();
@@ -97,7 +95,6 @@ public:
     bool pressMacroButton();
 
     // ---- state for windows and tests ----
-    bool hasProject() const { return m_project.has_value(); }
     const TectaroProject* project() const { return m_project ? &*m_project : nullptr; }
     // The building of the open project (an empty one when none is open).
     std::shared_ptr<const Building> building() const;
@@ -142,8 +139,6 @@ signals:
     void projectSaved(const QString& path);
     void projectSaveFailed(const QString& error);
     void projectOpened(const QString& path);
-    // The queue ran empty.
-    void idle();
     // After exe_ProgramExit: the host's window has closed.
     void exitRequested();
 

@@ -12,13 +12,14 @@
 namespace pluvarine {
 
 // One drawable piece of a GLB file: a triangle mesh, its transform from the mesh's own frame
-// to the file's frame (the product of the node transforms down to it) and its material.
+// to the scene frame (the product of the node transforms down to it, turned to z up) and its
+// material.
 struct GlbItem {
     std::string nodeName;
     std::shared_ptr<const MeshData> mesh;
     Matrix4d transform;
     SurfaceLook look;
-    bool auxiliary = false; // marked {"pluvarine": {"auxiliary": true}}: not drawn, not fitted
+    bool auxiliary = false; // marked {"auxiliary": true} (node extras): not drawn, not fitted
 };
 
 // What a part file, the base scene or an object file holds.

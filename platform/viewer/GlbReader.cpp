@@ -1,6 +1,7 @@
 #include "platform/viewer/GlbReader.h"
 
 #include "base/RuntimeError.h"
+#include "platform/viewer/GltfAxes.h"
 #include "platform/viewer/MeshPool.h"
 
 #include <cmath>
@@ -24,12 +25,8 @@ bool ignoreImage(tinygltf::Image*, const int, std::string*, std::string*, int, i
 }
 
 bool markedAuxiliary(const tinygltf::Value& extras) {
-    if (!extras.IsObject() || !extras.Has("pluvarine")) {
-        return false;
-    }
-    const auto& own = extras.Get("pluvarine");
-    return own.IsObject() && own.Has("auxiliary") && own.Get("auxiliary").IsBool() &&
-           own.Get("auxiliary").Get<bool>();
+    return extras.IsObject() && extras.Has("auxiliary") && extras.Get("auxiliary").IsBool() &&
+           extras.Get("auxiliary").Get<bool>();
 }
 
 Matrix4d nodeTransform(const tinygltf::Node& node) {
@@ -99,7 +96,8 @@ public:
             roots = m_model.scenes[index].nodes;
         }
         for (int root : roots) {
-            visit(root, Matrix4d(), content.auxiliary, content, 0);
+            visit(root, Matrix4d::fromColumnMajor(sceneFrameFromGltf), content.auxiliary, content,
+                  0);
         }
         return content;
     }

@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "platform/system/AtomicFile.h"
+#include "platform/viewer/GltfAxes.h"
 
 #include <algorithm>
 #include <map>
@@ -36,15 +37,9 @@ public:
         tinygltf::Node node;
         node.name = (object.part->name.empty() ? std::string("object") : object.part->name) + " #" +
                     std::to_string(object.id);
-        if (!object.transform.isIdentity()) {
-            const auto& m = object.transform.columnMajor();
-            node.matrix.assign(m.begin(), m.end());
-        }
-        tinygltf::Value::Object own{{"id", tinygltf::Value(object.id)}};
-        if (object.part->auxiliary) {
-            own.emplace("auxiliary", tinygltf::Value(true));
-        }
-        node.extras = tinygltf::Value(tinygltf::Value::Object{{"pluvarine", tinygltf::Value(own)}});
+        const Matrix4d turned = Matrix4d::fromColumnMajor(gltfFromSceneFrame) * object.transform;
+        node.matrix.assign(turned.columnMajor().begin(), turned.columnMajor().end());
+        node.extras = extras(object);
         node.mesh = mesh(object);
         m_model.scenes[0].nodes.push_back(static_cast<int>(m_model.nodes.size()));
         m_model.nodes.push_back(std::move(node));
@@ -64,6 +59,16 @@ public:
     }
 
 private:
+    // Every extra the file carries, flat (names to numbers, texts or Booleans): other glTF
+    // readers take extras as metadata and some refuse nested ones.
+    static tinygltf::Value extras(const ViewerObject& object) {
+        tinygltf::Value::Object fields{{"id", tinygltf::Value(object.id)}};
+        if (object.part->auxiliary) {
+            fields.emplace("auxiliary", tinygltf::Value(true));
+        }
+        return tinygltf::Value(std::move(fields));
+    }
+
     struct PieceAccessors {
         int position = -1;
         int normal = -1;

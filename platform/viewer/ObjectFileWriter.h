@@ -8,11 +8,11 @@
 
 namespace pluvarine {
 
-// The host object file: a glTF 2.0 binary (GLB) of the whole scene in the scene frame (metres,
-// z up). One node per object, named after its part and id, carrying the object's transform as
-// a matrix and extras {"pluvarine": {"id": n}} ({"auxiliary": true} as well for auxiliary
-// objects). Meshes are shared by the objects of one part file with the same look; materials
-// are metallic-roughness factors. The scene's name is the object name.
+// The host object file: a glTF 2.0 binary (GLB) of the whole scene in metres, +Y up as glTF
+// has it (GltfAxes.h). One node per object, named after its part and id, carrying the object's
+// transform turned to +Y up as a matrix and flat extras {"id": n} ({"auxiliary": true} as well
+// for auxiliary objects). Meshes are shared by the objects of one part file with the same look;
+// materials are metallic-roughness factors. The scene's name is the object name.
 class ObjectFileWriter {
 public:
     // `sceneExtras` become the scene's extras as flat values.

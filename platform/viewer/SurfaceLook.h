@@ -18,7 +18,5 @@ struct SurfaceLook {
 
 // sRGB 0..255 channel to linear 0..1, the glTF transfer function.
 float srgbToLinear(int channel);
-// Linear 0..1 to sRGB 0..255, rounded.
-int linearToSrgb(float linear);
 
 } // namespace pluvarine

@@ -38,7 +38,8 @@ void ViewerScene::LoadScene(const std::string& sceneFile) {
     m_current = 0;
     notify(SceneChange::Content);
     auto base = m_cache->part(sceneFile);
-    if (!base->pieces.empty()) {
+    // A base scene of nothing but auxiliary helpers (the working folder's marker) adds no object.
+    if (!base->pieces.empty() && !base->auxiliary) {
         ViewerObject object;
         object.part = std::move(base);
         object.committed = true;
@@ -88,7 +89,6 @@ bool ViewerScene::CommitObject(bool flag) {
 }
 
 void ViewerScene::UpdateView() {
-    ++m_fitRequests;
     notify(SceneChange::FitView);
 }
 

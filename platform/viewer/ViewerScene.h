@@ -80,8 +80,6 @@ public:
     // The objects as the scene operations composed them (part file, scales, material), in the
     // order they were added: what the parts list is read from.
     std::vector<SceneObject> composition() const;
-    std::int32_t currentObject() const { return m_current; }
-    std::int32_t nextId() const { return m_nextId; }
     // The drawn objects' extent in the scene frame (auxiliary objects left out); each object's
     // own is kept with it, so this costs one step per object.
     Box3 bounds() const;
@@ -90,7 +88,6 @@ public:
     // Counts every change but objects added at the end: while it stays, a view that has drawn
     // the scene can draw only the objects added since.
     std::uint64_t layoutRevision() const { return m_layoutRevision; }
-    int fitRequests() const { return m_fitRequests; }
 
     int addObserver(Observer observer);
     void removeObserver(int handle);
@@ -114,7 +111,6 @@ private:
     std::int32_t m_current = 0;
     std::uint64_t m_revision = 0;
     std::uint64_t m_layoutRevision = 0;
-    int m_fitRequests = 0;
     std::map<int, Observer> m_observers;
     int m_nextObserver = 1;
     SaveDialog m_saveDialog;

@@ -5,6 +5,7 @@
 #include "assembly/Rebuild.h"
 #include "assembly/RecordingScene.h"
 #include "base/RuntimeError.h"
+#include "tests/support/FaultyScene.h"
 
 #include <gtest/gtest.h>
 #include <regex>
@@ -53,7 +54,7 @@ inline void expectPlacementProtocol(const std::vector<SceneCall>& calls, bool en
 // A main window's worth of state around one rebuild, with the failures it reported.
 struct Bench {
     Daten daten = makeDaten(3000, 0, 0, 0);
-    RecordingScene scene;
+    FaultyScene scene;
     PlainRebuildInputs inputs;
     Rebuild rebuild{daten, scene, inputs};
     std::vector<int> failures;

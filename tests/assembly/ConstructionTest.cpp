@@ -210,7 +210,7 @@ TEST(PartPlacement, ANumberBeyondSinglePrecisionFailsItsCallAfterAddingThePart) 
 TEST(Neu, ClearsModelBuiltBeforeLoadingTheBaseScene) {
     Daten daten = makeDaten(0, 0, 0, 0);
     daten.design.modelBuilt = true;
-    RecordingScene scene;
+    FaultyScene scene;
     scene.failOperation(SceneMember::LoadScene);
     EXPECT_THROW(Neu(daten, scene), RuntimeError);
     EXPECT_FALSE(daten.design.modelBuilt);

@@ -14,7 +14,7 @@
 namespace pluvarine {
 
 // A part file of the working folder as a test sees it: its one triangle mesh in metres, its
-// bounds and the openings its root node declares.
+// bounds and the openings its node declares.
 struct GlbPart {
     tinygltf::Model model;
     std::vector<Vec3> positions, normals;
@@ -52,9 +52,6 @@ struct GlbPart {
         if (!loader.LoadBinaryFromFile(&model, &error, &warning, path)) {
             throw std::runtime_error("cannot load " + path + ": " + error);
         }
-        if (model.meshes.empty()) {
-            return; // the base scene
-        }
         const auto& primitive = model.meshes.at(0).primitives.at(0);
         for (auto [name, out] : {std::pair{"POSITION", &positions}, {"NORMAL", &normals}}) {
             const auto f = raw<float>(primitive.attributes.at(name));
@@ -71,15 +68,26 @@ struct GlbPart {
             lo = {std::min(lo.x, v.x), std::min(lo.y, v.y), std::min(lo.z, v.z)};
             hi = {std::max(hi.x, v.x), std::max(hi.y, v.y), std::max(hi.z, v.z)};
         }
-        const auto& list = model.nodes.at(0).extras.Get("pluvarine");
-        const auto vec = [](const tinygltf::Value& v) {
-            return Vec3{v.Get(0).GetNumberAsDouble(), v.Get(1).GetNumberAsDouble(),
-                        v.Get(2).GetNumberAsDouble()};
-        };
-        for (int i = 0; list.Has("openings") && i < int(list.Get("openings").ArrayLen()); ++i) {
-            const auto& o = list.Get("openings").Get(i);
-            openings.push_back({o.Get("name").Get<std::string>(), vec(o.Get("centre")),
-                                vec(o.Get("direction")), o.Get("radius").GetNumberAsDouble()});
+        // Openings are flat node extras "opening.<name>.<field>".
+        const auto& extras = model.nodes.at(0).extras;
+        std::map<std::string, Opening> byName;
+        for (const std::string& key : extras.Keys()) {
+            if (key.rfind("opening.", 0) != 0) {
+                continue;
+            }
+            const std::size_t dot = key.rfind('.');
+            const std::string name = key.substr(8, dot - 8), field = key.substr(dot + 1);
+            Opening& o = byName[name];
+            o.name = name;
+            const double v = extras.Get(key).GetNumberAsDouble();
+            const std::map<std::string, double*> fields{
+                {"x", &o.centre.x},     {"y", &o.centre.y},     {"z", &o.centre.z},
+                {"dx", &o.direction.x}, {"dy", &o.direction.y}, {"dz", &o.direction.z},
+                {"radius", &o.radius}};
+            *fields.at(field) = v;
+        }
+        for (auto& [name, o] : byName) {
+            openings.push_back(o);
         }
     }
 

@@ -40,16 +40,23 @@ protected:
     std::string path(const std::string& name) const { return (m_dir / name).string(); }
 
     // Runs the program to its end in the session folder, the script ending with the exit;
-    // `options` are further command-line options, quoted for the shell.
+    // `options` are further command-line options, quoted for the shell. Without a system
+    // locale the program runs in English on the sample building; with one (e.g.
+    // "de_DE.UTF-8") it runs under that locale with its own defaults, as a user starts it.
     int run(const std::string& options = "") {
         add({{"do", "exit"}});
         std::ofstream(m_dir / "script.json") << Json{{"steps", m_steps}}.dump(1);
-        const std::string command =
-            "cd '" + m_dir.string() + "' && timeout 120 '" PLUVARINE_GUI "'" +
-            " --script script.json --journal journal.jsonl --program-folder \"$PWD/programfolder\""
-            " --building '" PLUVARINE_SOURCE_DIR "/data/sample/house.json'"
-            " --help-folder '" PLUVARINE_SOURCE_DIR "/data/help' --language en_US " +
-            options + " >stdout.txt 2>stderr.txt";
+        const std::string defaults =
+            m_systemLocale.empty() ? " --building '" PLUVARINE_SOURCE_DIR "/data/sample/house.json'"
+                                     " --help-folder '" PLUVARINE_SOURCE_DIR
+                                     "/data/help' --language en_US "
+                                   : " ";
+        const std::string command = "cd '" + m_dir.string() +
+                                    "' && env LANGUAGE= LC_ALL= LC_MESSAGES= LC_NUMERIC= LANG='" +
+                                    m_systemLocale + "' timeout 120 '" PLUVARINE_GUI "'" +
+                                    " --script script.json --journal journal.jsonl "
+                                    "--program-folder \"$PWD/programfolder\"" +
+                                    defaults + options + " >stdout.txt 2>stderr.txt";
         const int status = std::system(command.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -66,6 +73,7 @@ protected:
     }
 
     std::filesystem::path m_dir;
+    std::string m_systemLocale;
     Json m_steps = Json::array();
 };
 

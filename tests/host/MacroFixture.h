@@ -8,7 +8,7 @@
 #include "host/HostRoofData.h"
 #include "host/HostRoofList.h"
 #include "host/Macro.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QTemporaryDir>
 #include <filesystem>

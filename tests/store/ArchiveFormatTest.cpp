@@ -1,5 +1,5 @@
 #include "StoreTestSupport.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <algorithm>
 #include <random>

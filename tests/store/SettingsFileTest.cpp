@@ -2,7 +2,7 @@
 #include "store/ObjectCounter.h"
 #include "store/SettingsStore.h"
 #include "store/WorkFolder.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 namespace pluvarine::testing {
 namespace {

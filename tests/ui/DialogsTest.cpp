@@ -148,6 +148,25 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
             EXPECT_EQ(image.pixel(at + QPoint(d % 14, d / 14)), qRgb(255, 255, 255)) << at.x();
 }
 
+// A value wider than its field shows its start, in every field and language: the height of a
+// 30° roof, 2873.397459621556, shows "2873.39745" (not "5962156").
+TEST_F(DetailsDialog, AFieldTooNarrowForItsValueShowsItsStart) {
+    daten.roof = RoofData{0.123456789012345, 150.123456789012, 30.123456789012, 40.123456789012,
+                          270.123456789012};
+    daten.design.heightH = 2873.397459621556;
+    for (const Language& language : languages) {
+        LanguageScope scope(language.systemLocale, language.lcid);
+        main->ApplyLanguage();
+        details->open();
+        for (const char* name : fields) {
+            QLineEdit* box = field(name);
+            EXPECT_GT(box->fontMetrics().horizontalAdvance(box->text()), box->width()) << name;
+            EXPECT_EQ(box->cursorPosition(), 0) << language.tag << ' ' << name;
+        }
+        details->close();
+    }
+}
+
 // Texts typed into the fields, then the values, the rebuilds so far and the wall offset the last
 // rebuild saw; the dialog stays open while nothing was adopted. An empty field blocks adopting
 // without notice; the overhang and the direction reach the design only through the main window; a

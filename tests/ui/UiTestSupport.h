@@ -1,11 +1,11 @@
 #pragma once
 
 #include "assembly/Daten.h"
-#include "assembly/RecordingScene.h"
+#include "store/text/LoadText.h"
+#include "tests/support/FaultyScene.h"
 #include "ui/FrmDetails.h"
 #include "ui/FrmMain.h"
 #include "ui/FrmMessage.h"
-#include "ui/text/LoadText.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -73,7 +73,7 @@ protected:
     }
 
     Daten daten;
-    RecordingScene scene;
+    FaultyScene scene;
     std::unique_ptr<FrmMain> main;
 };
 

@@ -2,7 +2,7 @@
 
 #include "platform/tectaro/ProjectPartsList.h"
 #include "platform/tectaro/TectaroHost.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QDialogButtonBox>
 #include <QFileDialog>

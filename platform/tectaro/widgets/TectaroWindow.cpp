@@ -7,7 +7,7 @@
 #include "platform/tectaro/widgets/BuildingView3D.h"
 #include "platform/tectaro/widgets/PartsListDialog.h"
 #include "platform/tectaro/widgets/PlanView.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -42,7 +42,6 @@ public:
     TectaroHost& host() { return m_host; }
     PlanView& planView() { return *m_plan; }
     BuildingView3D* view3D() { return m_view3D; }
-    QAction* macroButtonAction() { return m_macroAction; }
 
     // A left click in the plan at a plan point (metres); false when no click was requested.
     bool clickAt(QPointF plan);

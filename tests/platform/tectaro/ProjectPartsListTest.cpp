@@ -3,7 +3,7 @@
 #include "assembly/Construction.h"
 #include "assembly/MaterialChoice.h"
 #include "assembly/RecordingScene.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include "assembly/PartsList.h"
 #include "assembly/RecordingScene.h"
 #include "platform/viewer/GlbReader.h"
+#include "platform/viewer/GltfAxes.h"
 
 #include <csignal>
 #include <cstring>
@@ -62,9 +63,12 @@ TEST_F(ObjectFile, IsAGlbWithOneNodePerObjectThatReadsBack) {
     ASSERT_EQ(nodes.size(), 5u);                        // base scene + 4 objects
     EXPECT_EQ(nodes[1]["name"], "Fallrohr_100_500 #1"); // the part file's own name
     EXPECT_EQ(nodes[2]["name"], "Rohrschelle_100 #2");
-    EXPECT_EQ(nodes[1]["extras"]["pluvarine"]["id"], 1);
-    EXPECT_TRUE(nodes[4]["extras"]["pluvarine"]["auxiliary"].get<bool>());
-    const auto& matrix = m_scene.objects()[1].transform.columnMajor();
+    EXPECT_EQ(nodes[1]["extras"]["id"], 1);
+    EXPECT_TRUE(nodes[4]["extras"]["auxiliary"].get<bool>());
+    // The object's transform, turned +Y up.
+    const Matrix4d turned =
+        Matrix4d::fromColumnMajor(gltfFromSceneFrame) * m_scene.objects()[1].transform;
+    const auto& matrix = turned.columnMajor();
     EXPECT_EQ(nodes[1]["matrix"].get<std::vector<double>>(),
               std::vector<double>(matrix.begin(), matrix.end()));
     // The two clamps share one mesh; the pipe's copper is a material of its own.
@@ -169,8 +173,8 @@ TEST_F(ObjectFile, ReadingItAgainSharesTheMeshes) {
     EXPECT_EQ(clamps[0], clamps[1]);
 }
 
-// Every construction's object file holds one node per drawn piece, reads back, and passes the
-// Khronos glTF validator when the tools for it are there.
+// Every construction's object file holds one node per drawn piece, reads back, is read by
+// Assimp and passes the Khronos glTF validator when the tools for them are there.
 class ConstructionExport : public ::testing::TestWithParam<Assembly> {};
 
 TEST_P(ConstructionExport, WritesAValidObjectFile) {
@@ -194,6 +198,11 @@ TEST_P(ConstructionExport, WritesAValidObjectFile) {
     EXPECT_EQ(list, PartsList::of(recording.objects()));
     EXPECT_EQ(list.rows.back().file, "Rohrschelle_100.v3o");
     EXPECT_EQ(list.rows.back().material, "copper");
+    // A second glTF client, Assimp, reads and converts it.
+    const std::string assimp =
+        "bash '" PLUVARINE_SOURCE_DIR "/tests/data/read-with-assimp.sh' '" + file + "'";
+    const int read = std::system(assimp.c_str());
+    EXPECT_TRUE(WIFEXITED(read) && (WEXITSTATUS(read) == 0 || WEXITSTATUS(read) == 77)) << assimp;
     const std::string command =
         "bash '" PLUVARINE_SOURCE_DIR "/tools/validator/validate.sh' '" + file + "'";
     const int status = std::system(command.c_str());

@@ -3,7 +3,7 @@
 #include "../TectaroTestSupport.h"
 #include "platform/tectaro/widgets/PartsListDialog.h"
 #include "platform/tectaro/widgets/PlanView.h"
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include <QAction>
 #include <QApplication>

@@ -11,7 +11,7 @@ namespace pluvarine {
 //   {"languages": [{"lcid": 1033, "language": "en", "region": "GB"?, "textsOf": 1033?}, ...],
 //    "texts": [{"id": 112, "use": "...", "1033": "downpipes", "1031": "Pluvarine", ...}, ...]}
 // A language with "textsOf" shares the texts of that language. The built-in table is a resource
-// compiled into the program (ui/text/strings.json).
+// compiled into the program (store/text/strings.json).
 class StringTable {
 public:
     // Throws std::runtime_error when the document is not such a table.

@@ -1,7 +1,7 @@
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include "platform/system/SystemLocale.h"
-#include "ui/text/StringTable.h"
+#include "store/text/StringTable.h"
 
 #include <QLocale>
 #include <QStringList>

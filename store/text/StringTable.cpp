@@ -1,4 +1,4 @@
-#include "ui/text/StringTable.h"
+#include "store/text/StringTable.h"
 
 #include "platform/system/SystemLocale.h"
 

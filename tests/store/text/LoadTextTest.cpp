@@ -1,8 +1,8 @@
-#include "ui/text/LoadText.h"
+#include "store/text/LoadText.h"
 
 #include "base/RuntimeError.h"
-#include "ui/text/LanguageM.h"
-#include "ui/text/StringTable.h"
+#include "store/text/LanguageM.h"
+#include "store/text/StringTable.h"
 
 #include <QLocale>
 #include <cstdlib>

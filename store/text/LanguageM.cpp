@@ -1,4 +1,4 @@
-#include "ui/text/LanguageM.h"
+#include "store/text/LanguageM.h"
 
 #include "base/RuntimeError.h"
 #include "platform/system/SystemLocale.h"
