@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(Constructions, Lists, ::testing::ValuesIn(kCases), byNa
 
 TEST(PartsList, AStoppedConstructionListsWhatItPlacedAtTheSizeItReached) {
     Daten daten = makeDaten(3000, 300, 300, 1800);
-    RecordingScene scene;
+    FaultyScene scene;
     scene.failCall(8); // the pipe's ScaleObject: the pipe stays a 500 mm piece
     EXPECT_THROW(buildConstruction(Continuous, daten, scene), RuntimeError);
     EXPECT_EQ(lines(PartsList::of(scene.objects())),

@@ -119,7 +119,7 @@ TEST_F(WindowFixture, AfterAFailedSaveNothingClosesTheProjectWithoutAsking) {
         run();
     }
     EXPECT_EQ(messages.questions.size(), std::size(closers));
-    EXPECT_TRUE(host->hasProject() && window.isVisible());
+    EXPECT_TRUE(host->project() != nullptr && window.isVisible());
     messages.answer = true;
     EXPECT_TRUE(window.closeProject());
     run();
