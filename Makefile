@@ -42,7 +42,7 @@ check-sanitizers: deps
 	cmake --preset asan >/dev/null
 	cmake --build --preset asan -j $(JOBS)
 	cmake --preset fuzz >/dev/null
-	cmake --build --preset fuzz -j $(JOBS)
+	cmake --build --preset fuzz -j $(JOBS) --target fuzzers
 	@bash tools/check-sanitizers.sh $(SANITIZER_FUZZ_SECONDS)
 
 format:

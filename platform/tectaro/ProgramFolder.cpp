@@ -1,7 +1,15 @@
 #include "platform/tectaro/ProgramFolder.h"
 
+#include "platform/system/AtomicFile.h"
+#include "platform/system/FileCopy.h"
+#include "platform/system/FileDescriptor.h"
+
 #include <QStandardPaths>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace pluvarine {
@@ -15,6 +23,26 @@ bool report(std::string* error, const std::string& text) {
         *error = text;
     }
     return false;
+}
+
+// Through AtomicFile: a seeding that is cut short leaves no half file whose new date would keep
+// it from being copied again.
+bool copyFile(const fs::path& from, const fs::path& to, std::string* error) {
+    const FileDescriptor in(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat info {};
+    AtomicFile out(to.string());
+    if (!in.isOpen() || ::fstat(in.get(), &info) != 0 || !out.create()) {
+        return report(error,
+                      "cannot copy " + from.string() + ": " +
+                          (out.errorText().empty() ? std::strerror(errno) : out.errorText()));
+    }
+    const CopyResult copied = copyFileBytes(in.get(), 0, out.descriptor(), 0, info.st_size);
+    if (copied.failure != CopyResult::Failure::None || copied.bytes != info.st_size ||
+        !out.commit(AtomicFile::Sync::None)) {
+        return report(error, "cannot copy " + from.string() + ": " +
+                                 (copied.errorText.empty() ? out.errorText() : copied.errorText));
+    }
+    return true;
 }
 
 // Copies the files of `from` below `to` where they are missing or older. At the top level the
@@ -41,9 +69,13 @@ bool copyNewer(const fs::path& from, const fs::path& to, bool topLevel, std::str
             }
             continue;
         }
-        fs::copy_file(entry.path(), target, fs::copy_options::update_existing, ec);
-        if (ec) {
-            return report(error, "cannot copy " + entry.path().string() + ": " + ec.message());
+        std::error_code dateError; // a date that cannot be read: copy
+        const bool current = fs::exists(target, dateError) &&
+                             fs::last_write_time(target, dateError) >=
+                                 fs::last_write_time(entry.path(), dateError) &&
+                             !dateError;
+        if (!current && !copyFile(entry.path(), target, error)) {
+            return false;
         }
     }
     if (ec) {
