@@ -6,7 +6,7 @@ DEV := build/dev
 REL := build/release
 FUZZ_SECONDS ?= 600
 
-.PHONY: all deps configure build test run bench fuzz format clean
+.PHONY: all deps configure build test run run-freecad bench fuzz format clean
 
 all: build
 
@@ -26,6 +26,9 @@ test: build
 
 run: build
 	@bash tools/run.sh $(DEV)
+
+run-freecad: build
+	@bash tools/run-freecad.sh $(DEV)
 
 bench: deps
 	cmake --preset release >/dev/null

@@ -13,7 +13,10 @@ from pluvarine_freecad import roofs
 COMMAND = "Pluvarine_Downpipe"
 TOOLBAR = "User parameter:BaseApp/Workbench/Global/Toolbar/Pluvarine"
 ADDON_DIR = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-ICON = os.path.join(ADDON_DIR, "Resources", "bild.svg")
+# The macro's button picture: installed beside the add-on, or in the source tree.
+ICON = next((p for p in (os.path.join(ADDON_DIR, "Resources", "bild.svg"),
+                         os.path.join(ADDON_DIR, "..", "..", "ui", "assets", "bild.svg"))
+             if os.path.isfile(p)), "")
 
 
 def main_window():
@@ -69,11 +72,11 @@ class DocumentObserver:
 
     def slotActivateDocument(self, doc):
         if doc.Name not in self.created and self.ui.host is not None:
-            self.ui.host.document_created(doc)
+            self.ui.host.document_activated(doc)
 
     def slotDeletedDocument(self, doc):
         if self.ui.host is not None:
-            self.ui.host.document_closed()
+            self.ui.host.document_closed(doc)
 
 
 class Ui:
@@ -222,3 +225,4 @@ class Ui:
         for name in list(FreeCAD.listDocuments()):
             FreeCAD.closeDocument(name)
         main_window().close()
+        QtWidgets.QApplication.instance().quit()

@@ -87,7 +87,7 @@ class Host(QtCore.QObject):
         self.last_chunks = 0
         self.working = 0  # saves and loads under way
         self.press_waiting = False
-        self.process = None
+        self.current = None  # the document the macro's project events are about
 
     # ---- start and end ----
 
@@ -97,6 +97,7 @@ class Host(QtCore.QObject):
     def stop(self):
         if self.macro_connected:
             self.channel.raise_event("exe_ProgramExit", {})
+            self.macro_connected = False
         self.channel.close()
 
     def _macro_gone(self):
@@ -359,20 +360,26 @@ class Host(QtCore.QObject):
             self.working -= 1
 
     def document_restored(self, doc):
+        self.current = doc.Name
         if not self.macro_connected:
             return
         building = find_building(doc)
         handle = self._new_handle("building", (doc, building)) if building else None
-        save_no = int(getattr(store.data_object(doc), "SaveNumber", 0) or 0) \
-            if store.data_object(doc) else 0
-        self._event("exe_LoadBuilding", {"building": handle, "saveNo": save_no})
-        self._event("exe_LoadBuilding", {"building": None, "saveNo": save_no})
+        self._event("exe_LoadBuilding", {"building": handle, "saveNo": 0})
+        self._event("exe_LoadBuilding", {"building": None, "saveNo": 0})
         self._event("exe_LoadComplete", {"successfull": True})
 
     def document_created(self, doc):
+        self.current = doc.Name
         self._event("exe_NewCurrentProject", {})
 
-    def document_closed(self):
+    def document_activated(self, doc):
+        if doc.Name != self.current:
+            self.document_created(doc)
+
+    def document_closed(self, doc):
+        if doc.Name == self.current:
+            self.current = None
         self._event("exe_ProjectClosed", {})
 
     # ---- scripted sessions ----
@@ -443,7 +450,8 @@ class Host(QtCore.QObject):
                 if downpipe.is_downpipe(obj):
                     low, high = downpipe.world_box(obj)
                     m = list(obj.ElementMatrix)
-                    elements.append({"name": obj.ObjectName, "label": obj.Label,
+                    elements.append({"name": os.path.basename(obj.SourceFile),
+                                     "label": obj.Label,
                                      "source": obj.SourceFile, "matrix": m,
                                      "plan": m[12:14] if len(m) == 16 else None,
                                      "worldMin": low, "worldMax": high})
@@ -457,8 +465,7 @@ class Host(QtCore.QObject):
 
     def op_control_exit(self, args):
         def leave():
-            self._event("exe_ProgramExit", {})
-            self.channel.close()
+            self.stop()
             self.ui.quit()
         self._later(leave)
         return None
