@@ -107,3 +107,28 @@ class DownpipeAndDataTest(unittest.TestCase):
         self.assertFalse(store.load_macro_data(reopened, 1, back))
         with open(back, "rb") as f:
             self.assertEqual(f.read(), payload)
+
+
+class PartsListTest(unittest.TestCase):
+    def tearDown(self):
+        FreeCAD.closeDocument(self.doc.Name)
+
+    def test_the_sheet_lists_every_downpipes_rows_in_order(self):
+        from pluvarine_freecad import partslist
+
+        self.doc = FreeCAD.newDocument("Parts")
+        extras = {"pluvarine.partsList.count": 2,
+                  "pluvarine.partsList.1.article": "pipe", "pluvarine.partsList.1.count": 1,
+                  "pluvarine.partsList.1.file": "Rohr_100_500.v3o",
+                  "pluvarine.partsList.1.cutLength": 2813,
+                  "pluvarine.partsList.2.article": "clamp", "pluvarine.partsList.2.count": 3}
+        pipes = []
+        for n, data in enumerate([extras, {}], start=1):
+            content = glb.read_bytes(triangle_glb([{}], [(0, 0, 0), (1, 0, 0), (0, 1, 0)],
+                                                  scene_extras=data))
+            pipes.append(downpipe.create(self.doc, content, "/o/ %d.tob" % n, "Downpipe %d" % n))
+            partslist.keep(pipes[-1], content.scene_extras)
+        sheet = partslist.update(self.doc, pipes)
+        self.assertEqual([sheet.get(c) for c in ("A2", "B2", "C2", "H2", "I2", "A3", "H3")],
+                         ["Downpipe 1", "pipe", "Rohr_100_500.v3o", 1, 2813, "Downpipe 1", 3])
+        self.assertRaises(ValueError, sheet.get, "A4")

@@ -51,6 +51,11 @@ class DocumentObserver:
         if self.ui.host is not None:
             self.ui.host.document_saving(doc, file_name)
 
+    def slotRecomputedObject(self, obj):
+        # Roofs the user makes get the gutter width once they have become roofs.
+        if roofs.is_roof(obj) and roofs.GUTTER_WIDTH_PROPERTY not in obj.PropertiesList:
+            QtCore.QTimer.singleShot(0, lambda: roofs.add_gutter_width(obj))
+
     def slotCreatedDocument(self, doc):
         # An opened document is restored after this signal: look at it once FreeCAD is back.
         name = doc.Name

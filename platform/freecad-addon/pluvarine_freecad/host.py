@@ -16,7 +16,7 @@ import FreeCAD
 import FreeCADGui
 from PySide2 import QtCore, QtGui, QtWidgets
 
-from pluvarine_freecad import downpipe, glb, protocol, roofs, store, walls
+from pluvarine_freecad import downpipe, glb, partslist, protocol, roofs, store, walls
 
 PROTOCOL = 1
 VERSION_TEXT = "FreeCAD %s Tectaro-compatible host +2026.1"
@@ -295,6 +295,7 @@ class Host(QtCore.QObject):
     def op_template_CreateElement(self, template, args):
         path, content = template
         obj = downpipe.create(self._doc(), content, path, downpipe.label_for(path))
+        partslist.keep(obj, content.scene_extras)
         return self._new_handle("element", obj)
 
     def op_element_PrepareElement(self, obj, args):
@@ -311,6 +312,8 @@ class Host(QtCore.QObject):
         building = find_building(obj.Document)
         if building is not None and obj not in building.Group:
             building.addObject(obj)
+        partslist.update(obj.Document, [o for o in obj.Document.Objects
+                                        if downpipe.is_downpipe(o)])
         obj.Document.recompute()
         return 0
 
