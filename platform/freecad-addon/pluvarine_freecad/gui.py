@@ -58,22 +58,30 @@ class DocumentObserver:
 
     def slotCreatedDocument(self, doc):
         # An opened document is restored after this signal: look at it once FreeCAD is back.
+        # The host counts as busy until then.
         name = doc.Name
         self.created.add(name)
+        if self.ui.host is not None:
+            self.ui.host.working += 1
         QtCore.QTimer.singleShot(0, lambda: self._created(name))
 
     def _created(self, name):
         self.created.discard(name)
-        doc = FreeCAD.listDocuments().get(name)
-        if doc is None or self.ui.host is None:
+        if self.ui.host is None:
             return
-        for obj in doc.Objects:
-            if roofs.is_roof(obj):
-                roofs.add_gutter_width(obj)
-        if doc.FileName:
-            self.ui.host.document_restored(doc)
-        else:
-            self.ui.host.document_created(doc)
+        try:
+            doc = FreeCAD.listDocuments().get(name)
+            if doc is None:
+                return
+            for obj in doc.Objects:
+                if roofs.is_roof(obj):
+                    roofs.add_gutter_width(obj)
+            if doc.FileName:
+                self.ui.host.document_restored(doc)
+            else:
+                self.ui.host.document_created(doc)
+        finally:
+            self.ui.host.working -= 1
 
     def slotActivateDocument(self, doc):
         if doc.Name not in self.created and self.ui.host is not None:

@@ -88,6 +88,7 @@ class Host(QtCore.QObject):
         self.working = 0  # saves and loads under way
         self.press_waiting = False
         self.current = None  # the document the macro's project events are about
+        self.saving = None
 
     # ---- start and end ----
 
@@ -103,6 +104,7 @@ class Host(QtCore.QObject):
     def _macro_gone(self):
         self.macro_connected = False
         self.handles = {}
+        self.button = None
         self.cancel_click()
         self.ui.macro_gone()
 
@@ -220,8 +222,14 @@ class Host(QtCore.QObject):
             raise ValueError(str(error)) from None
         return self._new_handle("template", (path, content))
 
+    def _project_doc(self):
+        """The document being saved, else the macro's current one, else the active one."""
+        if self.saving is not None:
+            return self.saving
+        return FreeCAD.listDocuments().get(self.current) or FreeCAD.ActiveDocument
+
     def op_LoadMacroData(self, args):
-        return store.load_macro_data(FreeCAD.ActiveDocument, int(args["dataId"]),
+        return store.load_macro_data(self._project_doc(), int(args["dataId"]),
                                      str(args["path"]))
 
     def op_SetMacroButtonState(self, args):
@@ -247,7 +255,7 @@ class Host(QtCore.QObject):
         return None
 
     def op_SaveMacroData(self, args):
-        return store.save_macro_data(FreeCAD.ActiveDocument, int(args["dataId"]),
+        return store.save_macro_data(self._project_doc(), int(args["dataId"]),
                                      str(args["path"]))
 
     def op_ConnectMacro(self, args):
@@ -348,6 +356,7 @@ class Host(QtCore.QObject):
         if not self.macro_connected:
             return
         self.working += 1
+        self.saving = doc
         try:
             self.channel.raise_event("exe_SaveStart", {
                 "fileName": file_name, "numBuildings": 1, "isAutoSave": False,
@@ -360,6 +369,7 @@ class Host(QtCore.QObject):
             self.channel.raise_event("exe_SaveBuilding", {"buildingNo": 0, "building": handle})
             self.channel.wait_for_acks(ACK_TIMEOUT_MS)
         finally:
+            self.saving = None
             self.working -= 1
 
     def document_restored(self, doc):
