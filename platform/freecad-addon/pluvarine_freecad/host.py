@@ -185,11 +185,9 @@ class Host(QtCore.QObject):
         return folder
 
     def op_GetActiveBuilding(self, args):
+        # A document without an Arch building still has its roofs and walls: it stands in.
         doc = self._doc()
-        building = find_building(doc)
-        if building is None:
-            raise ValueError("the document has no building")
-        return self._new_handle("building", (doc, building))
+        return self._new_handle("building", (doc, find_building(doc)))
 
     def op_GetVersionText(self, args):
         return VERSION_TEXT % self._version()
