@@ -19,7 +19,8 @@ from PySide2 import QtCore, QtGui, QtWidgets
 from pluvarine_freecad import downpipe, glb, partslist, protocol, roofs, store, walls
 
 PROTOCOL = 1
-VERSION_TEXT = "FreeCAD %s Tectaro-compatible host +2026.1"
+# The number after "+" is whole: the macro reads it with the locale's decimal separator.
+VERSION_TEXT = "FreeCAD %s Tectaro-compatible host +2026"
 GUID_FORM = re.compile(r"\{[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-"
                        r"[0-9A-Fa-f]{12}\}$")
 BUTTON_ID = 1
