@@ -50,9 +50,11 @@ def script(folder, project):
 
 
 def run_macro(folder, args, timeout):
-    env = dict(os.environ, QT_QPA_PLATFORM="xcb", LANGUAGE="en", LANG="en_US.UTF-8")
+    # German: the macro reads the host's version number with a decimal comma.
+    env = dict(os.environ, QT_QPA_PLATFORM="xcb", LANGUAGE="de", LANG="de_DE.UTF-8")
+    env.pop("LC_ALL", None)
     with open(os.path.join(folder, "stderr.txt"), "w") as err:
-        return subprocess.run([PROGRAM] + args + ["--language", "en", "--journal",
+        return subprocess.run([PROGRAM] + args + ["--language", "de_DE", "--journal",
                                                   os.path.join(folder, "journal.jsonl")],
                               env=env, stdout=err, stderr=err, timeout=timeout).returncode
 
