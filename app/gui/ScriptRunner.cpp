@@ -1,6 +1,7 @@
 #include "ScriptRunner.h"
 
 #include "RecordedMessages.h"
+#include "ScriptedHost.h"
 #include "Session.h"
 #include "store/ProjectArchive.h"
 
@@ -14,7 +15,6 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QVector3D>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -74,10 +74,6 @@ int keyFor(QChar character) {
                                    : static_cast<int>(Qt::Key_unknown);
 }
 
-Json vector3(const QVector3D& v) {
-    return Json::array({v.x(), v.y(), v.z()});
-}
-
 } // namespace
 
 ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_session(session) {
@@ -105,7 +101,7 @@ void ScriptRunner::start() {
 }
 
 bool ScriptRunner::settled() const {
-    return !m_session.host().busy() && !m_session.windows().main().isTimer1Enabled() &&
+    return !m_session.scriptedHost().busy() && !m_session.windows().main().isTimer1Enabled() &&
            !archiveOperationRunning() && now() >= m_waitUntil;
 }
 
@@ -149,9 +145,7 @@ void ScriptRunner::runStep(const Json& step) {
     if (action == "click") {
         click(step);
     } else if (action == "macroButton") {
-        if (!m_session.hostWindow().pressMacroButton()) {
-            throw std::runtime_error("the macro's button is missing, hidden or disabled");
-        }
+        m_session.scriptedHost().pressMacroButton();
     } else if (action == "button") {
         pressButton(step);
     } else if (action == "type") {
@@ -172,17 +166,14 @@ void ScriptRunner::runStep(const Json& step) {
     } else if (action == "exit") {
         // As the user closes the host: the host raises exe_ProgramExit and the macro ends.
         m_timer.stop();
-        m_session.hostWindow().close();
+        m_session.scriptedHost().exit();
     } else {
         throw std::runtime_error("unknown step \"" + action + "\"");
     }
 }
 
 void ScriptRunner::click(const Json& step) {
-    const QPointF point(number(step, "x"), number(step, "y"));
-    if (!m_session.hostWindow().clickAt(point)) {
-        throw std::runtime_error("the host is not waiting for a click");
-    }
+    m_session.scriptedHost().click(number(step, "x"), number(step, "y"));
 }
 
 QWidget* ScriptRunner::window(const std::string& name) const {
@@ -198,9 +189,6 @@ QWidget* ScriptRunner::window(const std::string& name) const {
     }
     if (name == "help") {
         return &m_session.help();
-    }
-    if (name == "host") {
-        return &m_session.hostWindow();
     }
     throw std::runtime_error("no window named " + name);
 }
@@ -280,18 +268,15 @@ void ScriptRunner::answer(const Json& step) {
 }
 
 void ScriptRunner::project(const std::string& action, const Json& step) {
-    TectaroWindow& host = m_session.hostWindow();
-    std::string error;
+    ScriptedHost& host = m_session.scriptedHost();
     if (action == "newProject") {
         host.newProject();
     } else if (action == "closeProject") {
         host.closeProject();
     } else if (action == "openProject") {
-        if (!host.openProject(text(step, "path"), &error)) {
-            throw std::runtime_error("cannot open the project: " + error);
-        }
-    } else if (!host.saveProject(step.value("path", std::string()), &error)) {
-        throw std::runtime_error("cannot save the project: " + error);
+        host.openProject(text(step, "path"));
+    } else {
+        host.saveProject(step.value("path", std::string()));
     }
 }
 
@@ -299,13 +284,11 @@ void ScriptRunner::screenshot(const Json& step) {
     const std::string file = text(step, "file");
     const std::string windowName = step.value("window", std::string("host"));
     QDir().mkpath(QFileInfo(QString::fromStdString(file)).absolutePath());
-    bool written = false;
     if (windowName == "host") {
-        written = m_session.hostWindow().screenshot(file);
-    } else {
-        written = window(windowName)->grab().save(QString::fromStdString(file), "PNG");
+        m_session.scriptedHost().screenshot(file);
+        return;
     }
-    if (!written) {
+    if (!window(windowName)->grab().save(QString::fromStdString(file), "PNG")) {
         throw std::runtime_error("cannot write the screenshot " + file);
     }
 }
@@ -343,45 +326,7 @@ void ScriptRunner::writeState(const Json& step) {
         {"construction", static_cast<int>(s.windows().rebuild().lastConstruction())},
     };
 
-    const TectaroHost& host = s.host();
-    Json elements = Json::array();
-    if (const TectaroProject* project = host.project()) {
-        for (const auto& element : project->elements) {
-            // The element's box in the building: its object's box carried into the world.
-            const QMatrix4x4 world = element->worldTransform();
-            QVector3D low(1e9F, 1e9F, 1e9F);
-            QVector3D high(-1e9F, -1e9F, -1e9F);
-            for (int corner = 0; corner < 8; ++corner) {
-                const QVector3D a = element->object.boundsMin;
-                const QVector3D b = element->object.boundsMax;
-                const QVector3D p =
-                    world.map(QVector3D(corner & 1 ? b.x() : a.x(), corner & 2 ? b.y() : a.y(),
-                                        corner & 4 ? b.z() : a.z()));
-                low = QVector3D(std::min(low.x(), p.x()), std::min(low.y(), p.y()),
-                                std::min(low.z(), p.z()));
-                high = QVector3D(std::max(high.x(), p.x()), std::max(high.y(), p.y()),
-                                 std::max(high.z(), p.z()));
-            }
-            elements.push_back(
-                {{"name", element->object.name},
-                 {"source", element->sourcePath},
-                 {"matrix", element->matrix.values},
-                 {"plan", Json::array({element->planPosition().x(), element->planPosition().y()})},
-                 {"worldMin", vector3(low)},
-                 {"worldMax", vector3(high)}});
-        }
-    }
-    Json button = nullptr;
-    if (const auto& b = host.macroButton()) {
-        button = {
-            {"id", b->id}, {"shown", b->shown}, {"enabled", b->enabled}, {"tooltip", b->tooltip}};
-    }
-    Json hostState{{"project", host.project() != nullptr ? Json(host.project()->path) : Json()},
-                   {"button", button},
-                   {"prompt", host.prompt()},
-                   {"clickRequested", host.clickRequest().has_value()},
-                   {"lastChunkCount", host.lastChunkCount()},
-                   {"elements", elements}};
+    const Json hostState = s.scriptedHost().state();
 
     Json obj = Json::array();
     std::error_code error;
