@@ -400,16 +400,17 @@ class Host(QtCore.QObject):
         if self.click is None:
             raise ValueError("no click is awaited")
         point = self._point(args)
-        QtCore.QTimer.singleShot(0, lambda: self.take_click(point))
+        self._later(lambda: self.take_click(point))
         return None
 
     def op_control_macroButton(self, args):
         if self.button is None or not self.button["shown"] or not self.button["enabled"]:
             raise ValueError("the macro's button is missing, hidden or disabled")
-        QtCore.QTimer.singleShot(0, self.press_button)
+        self._later(self.press_button)
         return None
 
     def _later(self, action):
+        """Runs the action after the reply has gone; the host is busy until then."""
         self.working += 1
 
         def run():
