@@ -17,6 +17,7 @@ install_addon() { # $1: the Mod folder
   cp -r "$addon/." "$target/"
   rm -rf "$target"/pluvarine_freecad/__pycache__
   cp "$root/ui/assets/bild.svg" "$target/Resources/"
+  cp "$root/data/sample/house.json" "$target/"
   echo "$program" > "$target/program-path.txt"
 }
 
@@ -63,6 +64,7 @@ unset XDG_RUNTIME_DIR
 freecad "$home/.local/share/FreeCAD/Mod/Pluvarine/open_building.py" > "$demo/freecad.log" 2>&1 &
 host=\$!
 for _ in \$(seq 240); do [ -e "$demo/ready" ] && [ -S "$demo/host.sock" ] && break; sleep 0.5; done
+if [ ! -e "$demo/ready" ]; then echo "FreeCAD did not open the sample house: see $demo/freecad.log" >&2; kill \$host; exit 1; fi
 QT_QPA_PLATFORM=xcb timeout 600 "$program" --host-socket "$demo/host.sock" \
   --script "$demo/script.json" --journal "$demo/journal.jsonl"
 status=\$?

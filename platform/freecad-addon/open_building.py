@@ -1,7 +1,8 @@
 # Opens a building file of the stand-in host as an Arch model in FreeCAD.
 #   freecad open_building.py            (GUI: a new document with the model, seen from above)
 #   freecadcmd open_building.py         (console: PLUVARINE_SAVE_AS names the .FCStd to write)
-# PLUVARINE_BUILDING names the building file; default: the sample house of the source tree.
+# PLUVARINE_BUILDING names the building file; default: the sample house (installed beside this
+# script, or in the source tree).
 # PLUVARINE_READY_FILE, when set, is written once the model stands (for scripts that wait).
 import os
 import sys
@@ -16,8 +17,10 @@ from pluvarine_freecad import house  # noqa: E402
 
 
 def open_building():
-    path = os.environ.get("PLUVARINE_BUILDING") or os.path.join(
-        here, "..", "..", "data", "sample", "house.json")
+    installed = os.path.join(here, "house.json")
+    path = os.environ.get("PLUVARINE_BUILDING") or (
+        installed if os.path.isfile(installed)
+        else os.path.join(here, "..", "..", "data", "sample", "house.json"))
     name = os.path.splitext(os.path.basename(path))[0]
     doc = FreeCAD.newDocument(name)
     house.build(doc, house.load(path))
