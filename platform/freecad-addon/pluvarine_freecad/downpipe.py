@@ -6,10 +6,10 @@ Rz(180 deg) * (p - c) in millimetres and the object's placement is M, so the obj
 Placement is the element matrix itself. Each facet keeps its material's colour.
 """
 
+import os
+
 import FreeCAD
 import Mesh
-
-from pluvarine_freecad import glb
 
 TYPE = "Downpipe"
 IFC_TYPE = "Pipe Segment"
@@ -124,11 +124,5 @@ def world_box(obj):
 
 def label_for(path):
     """"Downpipe N" after the object file " N.tob"."""
-    import os
-
     stem = os.path.splitext(os.path.basename(path))[0].strip()
     return "Downpipe " + stem
-
-
-def read(path):
-    return glb.read_file(path)

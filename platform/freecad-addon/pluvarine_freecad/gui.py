@@ -219,9 +219,6 @@ class Ui:
 
     # ---- scripted sessions ----
 
-    def idle(self):
-        return True
-
     def screenshot(self, path):
         gui_doc = FreeCADGui.ActiveDocument
         if gui_doc is None:

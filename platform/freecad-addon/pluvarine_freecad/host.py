@@ -13,8 +13,7 @@ import shutil
 import zipfile
 
 import FreeCAD
-import FreeCADGui
-from PySide2 import QtCore, QtGui, QtWidgets
+from PySide2 import QtCore, QtGui
 
 from pluvarine_freecad import downpipe, glb, partslist, protocol, roofs, store, walls
 
@@ -474,7 +473,7 @@ class Host(QtCore.QObject):
                 "lastChunkCount": self.last_chunks, "elements": elements}
 
     def op_control_idle(self, args):
-        return self.working == 0 and not self.channel.busy() and self.ui.idle()
+        return self.working == 0 and not self.channel.busy()
 
     def op_control_exit(self, args):
         def leave():

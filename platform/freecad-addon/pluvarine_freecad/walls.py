@@ -7,7 +7,6 @@ in the stand-in host); it is moved onto the face. Millimetres throughout.
 """
 
 import FreeCAD
-import Part
 
 from pluvarine_freecad import plan
 from pluvarine_freecad.roofs import object_type
