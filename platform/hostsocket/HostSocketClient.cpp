@@ -157,6 +157,7 @@ void HostSocketClient::handleLine(const QByteArray& line) {
             problem("an event needs a name, a positive integer seq and args as an object", line);
             return;
         }
+        m_exitAnnounced = m_exitAnnounced || message["event"] == "exe_ProgramExit";
         m_events.push_back({{"event", message["event"]}, {"seq", message["seq"]}, {"args", args}});
         scheduleDelivery();
         return;
@@ -214,9 +215,11 @@ void HostSocketClient::connectionLost() {
     }
     readAvailable(); // what the host sent before it went still counts
     m_lost = true;
-    // seq 0: an event of the macro's side, acknowledged to nobody.
-    m_events.push_back({{"event", "exe_ProgramExit"}, {"seq", 0}, {"args", Json::object()}});
-    scheduleDelivery();
+    if (!m_exitAnnounced) {
+        // seq 0: an event of the macro's side, acknowledged to nobody.
+        m_events.push_back({{"event", "exe_ProgramExit"}, {"seq", 0}, {"args", Json::object()}});
+        scheduleDelivery();
+    }
 }
 
 void HostSocketClient::problem(const std::string& what, const QByteArray& line) {

@@ -85,6 +85,12 @@ TEST(HostSocketClientTest, AHostThatClosesIsTheHostsExit) {
     ASSERT_TRUE(runUntil([&] { return !calling.events.empty(); }));
     EXPECT_THAT(calling.events, ElementsAre("exe_ProgramExit"));
     EXPECT_TRUE(calling.problems.empty());
+
+    // A host that announces its exit before it closes exits once.
+    Client announcing(echo);
+    announcing.peer.send({event("exe_ProgramExit", 1), "<close>"});
+    ASSERT_TRUE(runUntil([&] { return !announcing.client.isOpen() && announcing.client.idle(); }));
+    EXPECT_THAT(announcing.events, ElementsAre("exe_ProgramExit"));
 }
 
 TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
