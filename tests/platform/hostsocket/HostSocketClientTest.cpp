@@ -103,6 +103,7 @@ TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
         {R"({"event":"exe_ProjectClosed"})", "an event needs a name, a positive integer seq"},
         {R"({"event":"exe_ProjectClosed","seq":1,"args":[]})", "args as an object"},
         {std::string(HostSocketClient::maxLineBytes + 10, 'x'), "a line longer than 4194304 bytes"},
+        {std::string(500000, '[') + std::string(500000, ']'), "not a JSON object: [[["},
     };
     for (const auto& [line, problem] : cases) {
         SCOPED_TRACE(problem);
