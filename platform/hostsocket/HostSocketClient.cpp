@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QMetaObject>
+#include <QString>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -15,10 +16,10 @@ namespace {
     throw RuntimeError(RuntimeError::HostError, description);
 }
 
-// A line as it appears in a report: the start of it, enough to recognise it.
+// A line as it appears in a report: the start of it, enough to recognise it, as valid UTF-8.
 std::string excerpt(const QByteArray& line) {
     constexpr qsizetype shown = 200;
-    std::string text = line.left(shown).toStdString();
+    std::string text = QString::fromUtf8(line.left(shown)).toStdString();
     return line.size() > shown ? text + "..." : text;
 }
 

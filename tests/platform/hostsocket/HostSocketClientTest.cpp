@@ -97,6 +97,7 @@ TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
     const std::pair<std::string, std::string> cases[] = {
         {"not json", "not a JSON object: not json"},
         {"[1,2]", "not a JSON object: [1,2]"},
+        {"\xff{}", "not a JSON object: \xef\xbf\xbd{}"}, // shown with a replacement character
         {R"({"hello":1})", "neither a reply nor an event"},
         {R"({"id":"x","result":1})", "a reply needs a positive integer id"},
         {R"({"id":1})", "a reply needs a positive integer id and a result or an error"},
