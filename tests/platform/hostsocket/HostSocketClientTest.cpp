@@ -49,10 +49,10 @@ std::vector<std::string> echo(const Json& request) {
 }
 
 TEST(HostSocketClientTest, ACallWithoutReplyFailsAfterTheTimeoutAndALateReplyIsDropped) {
-    Client host(echo, 200);
-    EXPECT_EQ(host.failure("Silent"), "Silent: no reply from the host within 200 ms");
+    Client host(echo, 500);
+    EXPECT_EQ(host.failure("Silent"), "Silent: no reply from the host within 500 ms");
     host.peer.send({R"({"id":2,"result":"late"})"});
-    EXPECT_EQ(host.client.call("Echo", {{"a", 1}}), Json({{"a", 1}}));
+    EXPECT_TRUE(runUntil([&] { return !host.problems.empty(); }));
     EXPECT_THAT(host.problems, ElementsAre("host protocol: a reply to no request waiting (id 2)"));
 }
 
