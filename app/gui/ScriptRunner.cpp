@@ -101,8 +101,10 @@ void ScriptRunner::start() {
 }
 
 bool ScriptRunner::settled() const {
-    return !m_session.scriptedHost().busy() && !m_session.windows().main().isTimer1Enabled() &&
-           !archiveOperationRunning() && now() >= m_waitUntil;
+    // The host is asked last: a host in another process is asked with a request, which has no
+    // place while an archive is written between its files.
+    return now() >= m_waitUntil && !archiveOperationRunning() &&
+           !m_session.windows().main().isTimer1Enabled() && !m_session.scriptedHost().busy();
 }
 
 void ScriptRunner::tick() {

@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QMetaObject>
+#include <QString>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -15,10 +16,10 @@ namespace {
     throw RuntimeError(RuntimeError::HostError, description);
 }
 
-// A line as it appears in a report: the start of it, enough to recognise it.
+// A line as it appears in a report: the start of it, enough to recognise it, as valid UTF-8.
 std::string excerpt(const QByteArray& line) {
     constexpr qsizetype shown = 200;
-    std::string text = line.left(shown).toStdString();
+    std::string text = QString::fromUtf8(line.left(shown)).toStdString();
     return line.size() > shown ? text + "..." : text;
 }
 
@@ -157,6 +158,7 @@ void HostSocketClient::handleLine(const QByteArray& line) {
             problem("an event needs a name, a positive integer seq and args as an object", line);
             return;
         }
+        m_exitAnnounced = m_exitAnnounced || message["event"] == "exe_ProgramExit";
         m_events.push_back({{"event", message["event"]}, {"seq", message["seq"]}, {"args", args}});
         scheduleDelivery();
         return;
@@ -214,9 +216,11 @@ void HostSocketClient::connectionLost() {
     }
     readAvailable(); // what the host sent before it went still counts
     m_lost = true;
-    // seq 0: an event of the macro's side, acknowledged to nobody.
-    m_events.push_back({{"event", "exe_ProgramExit"}, {"seq", 0}, {"args", Json::object()}});
-    scheduleDelivery();
+    if (!m_exitAnnounced) {
+        // seq 0: an event of the macro's side, acknowledged to nobody.
+        m_events.push_back({{"event", "exe_ProgramExit"}, {"seq", 0}, {"args", Json::object()}});
+        scheduleDelivery();
+    }
 }
 
 void HostSocketClient::problem(const std::string& what, const QByteArray& line) {

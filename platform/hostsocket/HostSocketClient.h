@@ -20,7 +20,7 @@ namespace pluvarine {
 // inside a call and never inside another event's handler (packing the archive inside a handler
 // lets the event loop run): events that arrive meanwhile are queued and handled afterwards, in
 // the order they came. A closed socket is the host's exit: a call in progress fails, the queued
-// events are handled, then exe_ProgramExit.
+// events are handled, then exe_ProgramExit (unless the host sent it before it closed).
 //
 // What the host sends wrongly (no JSON object, a line too long, missing keys, a reply nobody
 // waits for) is reported to the problem reporter and skipped; it never ends the program.
@@ -74,6 +74,7 @@ private:
     int m_timeoutMs;
     bool m_open = false;
     bool m_lost = false;
+    bool m_exitAnnounced = false; // the host sent exe_ProgramExit before it closed
     Json m_hostInfo;
 
     std::int64_t m_nextId = 1;

@@ -124,9 +124,9 @@ inline std::string event(const std::string& name, int seq, const Json& args = Js
     return Json{{"event", name}, {"seq", seq}, {"args", args}}.dump();
 }
 
-// Lets the event loop run until `done` holds or a second has passed.
+// Lets the event loop run until `done` holds or five seconds have passed.
 inline bool runUntil(const std::function<bool()>& done) {
-    const QDeadlineTimer deadline(1000);
+    const QDeadlineTimer deadline(5000);
     while (!done() && !deadline.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     }

@@ -49,10 +49,10 @@ std::vector<std::string> echo(const Json& request) {
 }
 
 TEST(HostSocketClientTest, ACallWithoutReplyFailsAfterTheTimeoutAndALateReplyIsDropped) {
-    Client host(echo, 200);
-    EXPECT_EQ(host.failure("Silent"), "Silent: no reply from the host within 200 ms");
+    Client host(echo, 500);
+    EXPECT_EQ(host.failure("Silent"), "Silent: no reply from the host within 500 ms");
     host.peer.send({R"({"id":2,"result":"late"})"});
-    EXPECT_EQ(host.client.call("Echo", {{"a", 1}}), Json({{"a", 1}}));
+    EXPECT_TRUE(runUntil([&] { return !host.problems.empty(); }));
     EXPECT_THAT(host.problems, ElementsAre("host protocol: a reply to no request waiting (id 2)"));
 }
 
@@ -85,22 +85,30 @@ TEST(HostSocketClientTest, AHostThatClosesIsTheHostsExit) {
     ASSERT_TRUE(runUntil([&] { return !calling.events.empty(); }));
     EXPECT_THAT(calling.events, ElementsAre("exe_ProgramExit"));
     EXPECT_TRUE(calling.problems.empty());
+
+    // A host that announces its exit before it closes exits once.
+    Client announcing(echo);
+    announcing.peer.send({event("exe_ProgramExit", 1), "<close>"});
+    ASSERT_TRUE(runUntil([&] { return !announcing.client.isOpen() && announcing.client.idle(); }));
+    EXPECT_THAT(announcing.events, ElementsAre("exe_ProgramExit"));
 }
 
 TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
     const std::pair<std::string, std::string> cases[] = {
         {"not json", "not a JSON object: not json"},
         {"[1,2]", "not a JSON object: [1,2]"},
+        {"\xff{}", "not a JSON object: \xef\xbf\xbd{}"}, // shown with a replacement character
         {R"({"hello":1})", "neither a reply nor an event"},
         {R"({"id":"x","result":1})", "a reply needs a positive integer id"},
         {R"({"id":1})", "a reply needs a positive integer id and a result or an error"},
         {R"({"event":"exe_ProjectClosed"})", "an event needs a name, a positive integer seq"},
         {R"({"event":"exe_ProjectClosed","seq":1,"args":[]})", "args as an object"},
         {std::string(HostSocketClient::maxLineBytes + 10, 'x'), "a line longer than 4194304 bytes"},
+        {std::string(100000, '[') + std::string(100000, ']'), "not a JSON object: [[["},
     };
     for (const auto& [line, problem] : cases) {
         SCOPED_TRACE(problem);
-        Client host(echo);
+        Client host(echo, 30000); // megabytes to read and parse on a busy machine
         host.peer.send({line});
         // The line is skipped: the next request is answered as usual.
         EXPECT_EQ(host.client.call("Echo", {{"n", 7}}), Json({{"n", 7}}));
