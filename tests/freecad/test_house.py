@@ -132,3 +132,26 @@ class PartsListTest(unittest.TestCase):
         self.assertEqual([sheet.get(c) for c in ("A2", "B2", "C2", "H2", "I2", "A3", "H3")],
                          ["Downpipe 1", "pipe", "Rohr_100_500.v3o", 1, 2813, "Downpipe 1", 3])
         self.assertRaises(ValueError, sheet.get, "A4")
+
+
+class LevelTest(unittest.TestCase):
+    def tearDown(self):
+        FreeCAD.closeDocument(self.doc.Name)
+
+    def test_the_terrain_under_the_point_else_the_buildings_base_level(self):
+        import Arch
+        import Mesh
+
+        self.doc = FreeCAD.newDocument("Levels")
+        building = Arch.makeBuilding([])
+        building.Placement.Base = FreeCAD.Vector(0, 0, 500)
+        self.assertEqual(roofs.level_at(self.doc, (1000, 1000)), 500)
+        # A terrain rising 1 in 10 along x from -350 mm at x = 0.
+        V = FreeCAD.Vector
+        slope = self.doc.addObject("Mesh::Feature", "Terrain")
+        slope.Mesh = Mesh.Mesh(([V(0, 0, -350), V(20000, 0, 1650), V(20000, 20000, 1650),
+                                 V(0, 20000, -350)], [(0, 1, 2), (0, 2, 3)]))
+        Arch.makeSite([building]).Terrain = slope
+        for x, level in [(0, -350), (3500, 0), (10000, 650)]:
+            self.assertAlmostEqual(roofs.level_at(self.doc, (x, 4000)), level, delta=0.01)
+        self.assertEqual(roofs.level_at(self.doc, (-1000, 4000)), 500)  # off the terrain

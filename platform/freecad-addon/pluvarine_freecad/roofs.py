@@ -191,7 +191,9 @@ def level_at(doc, p):
 
 def _terrain_height(terrain, p):
     if hasattr(terrain, "Mesh"):
-        hits = terrain.Mesh.nearestFacetOnRay((p[0], p[1], 1e7), (0.0, 0.0, -1.0))
+        # Meshes compute in single precision: start the ray just above the terrain.
+        top = terrain.Mesh.BoundBox.ZMax + 1.0
+        hits = terrain.Mesh.nearestFacetOnRay((p[0], p[1], top), (0.0, 0.0, -1.0))
         return max(v[2] for v in hits.values()) if hits else None
     shape = getattr(terrain, "Shape", None)
     if shape is None or shape.isNull():
