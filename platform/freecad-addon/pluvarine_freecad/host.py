@@ -389,8 +389,10 @@ class Host(QtCore.QObject):
             self.document_created(doc)
 
     def document_closed(self, doc):
-        if doc.Name == self.current:
-            self.current = None
+        # Only the macro's own project: closing another document must not empty its obj folder.
+        if self.current is not None and doc.Name != self.current:
+            return
+        self.current = None
         self._event("exe_ProjectClosed", {})
 
     # ---- scripted sessions ----
