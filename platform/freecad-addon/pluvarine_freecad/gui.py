@@ -19,6 +19,10 @@ ICON = next((p for p in (os.path.join(ADDON_DIR, "Resources", "bild.svg"),
              if os.path.isfile(p)), "")
 
 
+# The Ui that InitGui installed in this FreeCAD session.
+installed = None
+
+
 def main_window():
     return FreeCADGui.getMainWindow()
 
@@ -102,6 +106,8 @@ class Ui:
         self.icon = None
 
     def install(self):
+        global installed
+        installed = self
         FreeCADGui.addCommand(COMMAND, ButtonCommand(self))
         toolbar = FreeCAD.ParamGet(TOOLBAR)
         toolbar.SetString("Name", "Pluvarine")

@@ -1,5 +1,5 @@
-# Runs one test module of the FreeCAD add-on inside freecadcmd (FreeCAD's console, no display).
-# freecadcmd ignores a script's exit status, so the result leaves through os._exit.
+# Runs one test module of the FreeCAD add-on inside FreeCAD (freecadcmd, or the GUI under Xvfb).
+# FreeCAD ignores a script's exit status, so the result leaves through os._exit.
 # Environment: PLUVARINE_ADDON (the add-on folder), PLUVARINE_TEST (the test module's path).
 import os
 import sys
