@@ -7,7 +7,7 @@ REL := build/release
 FUZZ_SECONDS ?= 600
 SANITIZER_FUZZ_SECONDS ?= 60
 
-.PHONY: all deps configure build test run bench fuzz check-sanitizers format clean
+.PHONY: all deps configure build test run run-freecad bench fuzz check-sanitizers format clean
 
 all: build
 
@@ -27,6 +27,9 @@ test: build
 
 run: build
 	@bash tools/run.sh $(DEV)
+
+run-freecad: build
+	@bash tools/run-freecad.sh $(DEV)
 
 bench: deps
 	cmake --preset release >/dev/null

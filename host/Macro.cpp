@@ -9,7 +9,6 @@
 #include "host/HostRoofData.h"
 #include "host/HostRoofList.h"
 #include "host/RequireObject.h"
-#include "platform/tectaro/util/Tectutil.h"
 #include "store/ObjectCounter.h"
 #include "store/ProjectArchive.h"
 #include "store/WorkFolder.h"
@@ -180,7 +179,7 @@ bool Macro::Versionspruefung(const std::string& versionText) {
 }
 
 void Macro::CreateHostButton() {
-    const HostPicture picture = TectaroPictureFromBitmap(m_env.view.bildPicture());
+    const HostPicture picture = m_env.pictureFromBitmap(m_env.view.bildPicture());
     m_hostButtonId = host().AddMacroButton(picture, 0x01030204, LoadText(5005), 4733);
     host().SetMacroButtonState(m_hostButtonId, 1, 0, true, true);
 }
@@ -189,7 +188,7 @@ void Macro::CreateHostButton() {
 
 void Macro::GetClick() {
     resumeNext({
-                   [&] { m_clickCursor = TectaroPictureFromBitmap(m_env.view.bild2Picture()); },
+                   [&] { m_clickCursor = m_env.pictureFromBitmap(m_env.view.bild2Picture()); },
                    [&] { host().RequestOneClick("", m_clickCursor, 1); },
                    [&] { host().ShowPrompt(LoadText(8000)); },
                },

@@ -16,10 +16,11 @@ namespace pluvarine {
 // Everything the main window's host-link procedures work with besides the host itself. The
 // program wires the real windows, viewer and platform services; tests wire fakes.
 struct MacroEnvironment {
-    HostConnectionFactory connect; // creates the host connection object `exe`
-    Daten& daten;                  // the shared design record, roof data and working folder
-    SceneOperations& scene;        // the preview (base scene, export of the assembly)
-    std::function<void()> rebuild; // the rebuild of the assembly (Rebuild::run)
+    HostConnectionFactory connect;       // creates the host connection object `exe`
+    PictureConversion pictureFromBitmap; // the host binding's picture conversion
+    Daten& daten;                        // the shared design record, roof data and working folder
+    SceneOperations& scene;              // the preview (base scene, export of the assembly)
+    std::function<void()> rebuild;       // the rebuild of the assembly (Rebuild::run)
     MainWindowView& view;
     UserMessages& messages;
     ProgramControl& program;

@@ -12,6 +12,7 @@ packages=(
   clang-14 libclang-rt-14-dev
   nodejs
   locales desktop-file-utils appstream assimp-utils
+  freecad
 )
 
 missing=()

@@ -19,7 +19,7 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList& arguments,
                                                   std::string& error) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Designs a rain-water downpipe at a wall of the stand-in host's building and inserts it."));
+        "Designs a rain-water downpipe at a wall of the host's building and inserts it."));
     parser.addHelpOption();
     parser.addVersionOption();
     const auto script = option("script", "Runs the JSON script FILE (see the README).", "FILE");
@@ -31,7 +31,16 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList& arguments,
     const auto help = option("help-folder", "The help pages the host installs.", "DIR");
     const auto language =
         option("language", "Runs in this language and locale (de, en_US, ru_RU, ...).", "LANG");
-    parser.addOptions({script, journal, folder, version, building, help, language});
+    const auto host =
+        option("host", "The host: tectaro (the stand-in, default) or freecad (a running FreeCAD).",
+               "NAME");
+    const auto socket =
+        option("host-socket", "Connects to the host listening at this Unix socket (host protocol).",
+               "PATH");
+    const auto timeout =
+        option("host-timeout", "How long a call to a host over a socket may take.", "MS");
+    parser.addOptions(
+        {script, journal, folder, version, building, help, language, host, socket, timeout});
     if (!parser.parse(arguments)) {
         error = parser.errorText().toStdString();
         return std::nullopt;
@@ -55,6 +64,22 @@ std::optional<LaunchOptions> LaunchOptions::parse(const QStringList& arguments,
     }
     options.building = parser.value(building).toStdString();
     options.helpFolder = parser.value(help).toStdString();
+    if (parser.isSet(host)) {
+        options.host = parser.value(host).toStdString();
+        if (options.host != "tectaro" && options.host != "freecad") {
+            error = "unknown host " + options.host + ": tectaro or freecad";
+            return std::nullopt;
+        }
+    }
+    options.hostSocket = parser.value(socket).toStdString();
+    if (parser.isSet(timeout)) {
+        bool valid = false;
+        options.hostTimeoutMs = parser.value(timeout).toInt(&valid);
+        if (!valid || options.hostTimeoutMs <= 0) {
+            error = "--host-timeout needs a positive number of milliseconds";
+            return std::nullopt;
+        }
+    }
     return options;
 }
 

@@ -1,8 +1,8 @@
 #include "ScriptRunner.h"
 
 #include "RecordedMessages.h"
+#include "ScriptedHost.h"
 #include "Session.h"
-#include "platform/tectaro/widgets/PartsListDialog.h"
 #include "store/ProjectArchive.h"
 
 #include <QAbstractButton>
@@ -16,7 +16,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QOpenGLWidget>
-#include <QVector3D>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -77,10 +76,6 @@ int keyFor(QChar character) {
                                    : static_cast<int>(Qt::Key_unknown);
 }
 
-Json vector3(const QVector3D& v) {
-    return Json::array({v.x(), v.y(), v.z()});
-}
-
 // The process's CPU time, all threads (the GL rasteriser has its own), user and system.
 double processCpuMs() {
     rusage usage{};
@@ -118,9 +113,10 @@ ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_
     }
     m_timer.setInterval(10);
     connect(&m_timer, &QTimer::timeout, this, &ScriptRunner::tick);
-    for (QWidget* top : {static_cast<QWidget*>(&m_session.hostWindow()),
+    for (QWidget* top : {m_session.scriptedHost().localWindow(),
                          static_cast<QWidget*>(&m_session.windows().main())}) {
-        for (QOpenGLWidget* view : top->findChildren<QOpenGLWidget*>()) {
+        for (QOpenGLWidget* view :
+             top ? top->findChildren<QOpenGLWidget*>() : QList<QOpenGLWidget*>()) {
             m_firstFrames.emplace_back(view);
             connect(view, &QOpenGLWidget::frameSwapped, this,
                     [this, view] { std::erase(m_firstFrames, QPointer<QOpenGLWidget>(view)); });
@@ -134,12 +130,13 @@ void ScriptRunner::start() {
 }
 
 bool ScriptRunner::settled() const {
+    // The host is asked last: a host in another process is asked with a request, which has no
+    // place while an archive is written between its files.
     const bool framesShown =
         std::none_of(m_firstFrames.begin(), m_firstFrames.end(),
                      [](const QPointer<QOpenGLWidget>& view) { return view && view->isVisible(); });
-    return framesShown && !m_session.host().busy() &&
-           !m_session.windows().main().isTimer1Enabled() && !archiveOperationRunning() &&
-           now() >= m_waitUntil;
+    return now() >= m_waitUntil && framesShown && !archiveOperationRunning() &&
+           !m_session.windows().main().isTimer1Enabled() && !m_session.scriptedHost().busy();
 }
 
 void ScriptRunner::tick() {
@@ -182,9 +179,7 @@ void ScriptRunner::runStep(const Json& step) {
     if (action == "click") {
         click(step);
     } else if (action == "macroButton") {
-        if (!m_session.hostWindow().pressMacroButton()) {
-            throw std::runtime_error("the macro's button is missing, hidden or disabled");
-        }
+        m_session.scriptedHost().pressMacroButton();
     } else if (action == "button") {
         pressButton(step);
     } else if (action == "type") {
@@ -198,21 +193,16 @@ void ScriptRunner::runStep(const Json& step) {
         project(action, step);
     } else if (action == "screenshot") {
         screenshot(step);
-    } else if (action == "partsList") {
-        std::string error;
-        if (!m_session.hostWindow().exportPartsList(text(step, "file"), &error)) {
-            throw std::runtime_error(error);
-        }
     } else if (action == "state") {
         writeState(step);
     } else if (action == "wait") {
         m_waitUntil = now() + static_cast<qint64>(number(step, "ms"));
+    } else if (action == "partsList") {
+        m_session.scriptedHost().exportPartsList(text(step, "file"));
     } else if (action == "exit") {
         // As the user closes the host: the host raises exe_ProgramExit and the macro ends.
         answerQuestions(step);
-        if (!m_session.hostWindow().close()) {
-            throw std::runtime_error("the host kept running: its project was not saved");
-        }
+        m_session.scriptedHost().exit();
         m_timer.stop();
     } else {
         throw std::runtime_error("unknown step \"" + action + "\"");
@@ -220,10 +210,7 @@ void ScriptRunner::runStep(const Json& step) {
 }
 
 void ScriptRunner::click(const Json& step) {
-    const QPointF point(number(step, "x"), number(step, "y"));
-    if (!m_session.hostWindow().clickAt(point)) {
-        throw std::runtime_error("the host is not waiting for a click");
-    }
+    m_session.scriptedHost().click(number(step, "x"), number(step, "y"));
 }
 
 QWidget* ScriptRunner::window(const std::string& name) const {
@@ -240,11 +227,8 @@ QWidget* ScriptRunner::window(const std::string& name) const {
     if (name == "help") {
         return &m_session.help();
     }
-    if (name == "host") {
-        return &m_session.hostWindow();
-    }
     if (name == "partsList") { // the host's parts list window, shown for the picture
-        return &m_session.hostWindow().showPartsList();
+        return m_session.scriptedHost().partsListWindow();
     }
     throw std::runtime_error("no window named " + name);
 }
@@ -331,21 +315,16 @@ void ScriptRunner::answerQuestions(const Json& step) {
 }
 
 void ScriptRunner::project(const std::string& action, const Json& step) {
-    TectaroWindow& host = m_session.hostWindow();
+    ScriptedHost& host = m_session.scriptedHost();
     answerQuestions(step);
-    std::string error;
-    // A project kept open after a failed save is the user's answer, not a failed step.
     if (action == "newProject") {
         host.newProject();
     } else if (action == "closeProject") {
         host.closeProject();
     } else if (action == "openProject") {
-        const bool kept = m_session.host().saveFailed() && !step.value("discard", false);
-        if (!host.openProject(text(step, "path"), &error) && !kept) {
-            throw std::runtime_error("cannot open the project: " + error);
-        }
-    } else if (!host.saveProject(step.value("path", std::string()), &error)) {
-        throw std::runtime_error("cannot save the project: " + error);
+        host.openProject(text(step, "path"), step.value("discard", false));
+    } else {
+        host.saveProject(step.value("path", std::string()));
     }
 }
 
@@ -353,13 +332,11 @@ void ScriptRunner::screenshot(const Json& step) {
     const std::string file = text(step, "file");
     const std::string windowName = step.value("window", std::string("host"));
     QDir().mkpath(QFileInfo(QString::fromStdString(file)).absolutePath());
-    bool written = false;
     if (windowName == "host") {
-        written = m_session.hostWindow().screenshot(file);
-    } else {
-        written = window(windowName)->grab().save(QString::fromStdString(file), "PNG");
+        m_session.scriptedHost().screenshot(file);
+        return;
     }
-    if (!written) {
+    if (!window(windowName)->grab().save(QString::fromStdString(file), "PNG")) {
         throw std::runtime_error("cannot write the screenshot " + file);
     }
 }
@@ -398,45 +375,7 @@ void ScriptRunner::writeState(const Json& step) {
         {"construction", static_cast<int>(s.windows().rebuild().lastConstruction())},
     };
 
-    const TectaroHost& host = s.host();
-    Json elements = Json::array();
-    if (const TectaroProject* project = host.project()) {
-        for (const auto& element : project->elements) {
-            // The element's box in the building: its object's box carried into the world.
-            const QMatrix4x4 world = element->worldTransform();
-            QVector3D low(1e9F, 1e9F, 1e9F);
-            QVector3D high(-1e9F, -1e9F, -1e9F);
-            for (int corner = 0; corner < 8; ++corner) {
-                const QVector3D a = element->object.boundsMin;
-                const QVector3D b = element->object.boundsMax;
-                const QVector3D p =
-                    world.map(QVector3D(corner & 1 ? b.x() : a.x(), corner & 2 ? b.y() : a.y(),
-                                        corner & 4 ? b.z() : a.z()));
-                low = QVector3D(std::min(low.x(), p.x()), std::min(low.y(), p.y()),
-                                std::min(low.z(), p.z()));
-                high = QVector3D(std::max(high.x(), p.x()), std::max(high.y(), p.y()),
-                                 std::max(high.z(), p.z()));
-            }
-            elements.push_back(
-                {{"name", element->object.name},
-                 {"source", element->sourcePath},
-                 {"matrix", element->matrix.values},
-                 {"plan", Json::array({element->planPosition().x(), element->planPosition().y()})},
-                 {"worldMin", vector3(low)},
-                 {"worldMax", vector3(high)}});
-        }
-    }
-    Json button = nullptr;
-    if (const auto& b = host.macroButton()) {
-        button = {
-            {"id", b->id}, {"shown", b->shown}, {"enabled", b->enabled}, {"tooltip", b->tooltip}};
-    }
-    Json hostState{{"project", host.project() != nullptr ? Json(host.project()->path) : Json()},
-                   {"button", button},
-                   {"prompt", host.prompt()},
-                   {"clickRequested", host.clickRequest().has_value()},
-                   {"lastChunkCount", host.lastChunkCount()},
-                   {"elements", elements}};
+    const Json hostState = s.scriptedHost().state();
 
     Json obj = Json::array();
     std::error_code error;

@@ -1,16 +1,21 @@
 #include "Session.h"
 
 #include "RecordedMessages.h"
+#include "SocketScriptedHost.h"
+#include "TectaroScriptedHost.h"
 #include "assembly/WorkFolderFiles.h"
 #include "base/RuntimeError.h"
 #include "host/JournalingHostConnection.h"
+#include "platform/hostsocket/SocketHostConnection.h"
 #include "platform/system/InstalledData.h"
 #include "platform/system/widgets/MessageBoxUserMessages.h"
 #include "platform/tectaro/Building.h"
+#include "platform/tectaro/util/Tectutil.h"
 #include "platform/viewer/widget/PreviewWidget.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <iostream>
 
 namespace pluvarine {
 
@@ -34,6 +39,10 @@ bool openGlAvailable() {
     return platform != QStringLiteral("offscreen") && platform != QStringLiteral("minimal");
 }
 
+std::string helpFolder(const LaunchOptions& options) {
+    return options.helpFolder.empty() ? InstalledData::helpFolder() : options.helpFolder;
+}
+
 TectaroOptions hostOptions(const LaunchOptions& options) {
     TectaroOptions host;
     host.programFolder = options.programFolder;
@@ -43,7 +52,7 @@ TectaroOptions hostOptions(const LaunchOptions& options) {
     host.workFolderTree = InstalledData::workFolderTree();
     require("The part files and materials (the working-folder tree) were",
             InstalledData::missing(host.workFolderTree, workFolderFiles()));
-    host.helpFolder = options.helpFolder.empty() ? InstalledData::helpFolder() : options.helpFolder;
+    host.helpFolder = helpFolder(options);
     require("The help pages were", InstalledData::missing(host.helpFolder, {"Pluvarine.htm"}));
     const std::string building =
         options.building.empty() ? InstalledData::sampleBuilding() : options.building;
@@ -54,7 +63,7 @@ TectaroOptions hostOptions(const LaunchOptions& options) {
 
 } // namespace
 
-Session::Session(const LaunchOptions& options) : m_host(hostOptions(options)) {
+Session::Session(const LaunchOptions& options) {
     if (!options.journal.empty()) {
         m_journalFile.open(options.journal, std::ios::out | std::ios::trunc);
         if (!m_journalFile) {
@@ -73,13 +82,12 @@ Session::Session(const LaunchOptions& options) : m_host(hostOptions(options)) {
         m_questions = recorded.get();
         m_messages = std::move(recorded);
     }
-    const bool withOpenGl = openGlAvailable();
-    m_hostWindow = std::make_unique<TectaroWindow>(m_host, *m_messages, *m_questions, withOpenGl);
-    QWidget* player = withOpenGl ? new PreviewWidget(m_scene) : nullptr;
+    HostConnectionFactory host = options.remoteHost() ? socketHost(options) : standInHost(options);
+    QWidget* player = openGlAvailable() ? new PreviewWidget(m_scene) : nullptr;
     m_windows = std::make_unique<MacroWindows>(m_daten, m_scene, player);
 
-    HostConnectionFactory connect = [this]() -> std::unique_ptr<HostConnection> {
-        auto connection = m_host.createConnection();
+    HostConnectionFactory connect = [this, host]() -> std::unique_ptr<HostConnection> {
+        auto connection = host();
         if (m_journal) {
             return std::make_unique<JournalingHostConnection>(std::move(connection), *m_journal);
         }
@@ -87,6 +95,8 @@ Session::Session(const LaunchOptions& options) : m_host(hostOptions(options)) {
     };
     m_macro = std::make_unique<Macro>(MacroEnvironment{
         std::move(connect),
+        m_client ? PictureConversion(SocketHostConnection::pictureFromBitmap)
+                 : PictureConversion(TectaroPictureFromBitmap),
         m_daten,
         m_scene,
         [this] { m_windows->rebuild().run(); },
@@ -97,9 +107,50 @@ Session::Session(const LaunchOptions& options) : m_host(hostOptions(options)) {
         [] { QCoreApplication::processEvents(); },
     });
     m_windows->setMacroCommands(m_macro.get());
+}
 
+HostConnectionFactory Session::standInHost(const LaunchOptions& options) {
+    m_host = std::make_unique<TectaroHost>(hostOptions(options));
+    m_hostWindow =
+        std::make_unique<TectaroWindow>(*m_host, *m_messages, *m_questions, openGlAvailable());
+    m_scripted = std::make_unique<TectaroScriptedHost>(*m_host, *m_hostWindow);
     // The host's window closing ends the host, and with it this process.
-    QObject::connect(&m_host, &TectaroHost::exitRequested, [] { QCoreApplication::exit(0); });
+    QObject::connect(m_host.get(), &TectaroHost::exitRequested, [] { QCoreApplication::exit(0); });
+    return [this] { return m_host->createConnection(); };
+}
+
+HostConnectionFactory Session::socketHost(const LaunchOptions& options) {
+    m_client = std::make_shared<HostSocketClient>(options.hostTimeoutMs);
+    m_client->setProblemReporter(
+        [this](const std::string& problem) { reportProtocolProblem(problem); });
+    m_scripted = std::make_unique<SocketScriptedHost>(m_client);
+    const std::string path = options.hostSocket.empty()
+                                 ? HostSocketClient::defaultSocketPath(options.host)
+                                 : options.hostSocket;
+    const std::string workFolderTree = InstalledData::workFolderTree();
+    require("The part files and materials (the working-folder tree) were",
+            InstalledData::missing(workFolderTree, workFolderFiles()));
+    const nlohmann::json hello{
+        {"client", "pluvarine " + QCoreApplication::applicationVersion().toStdString()},
+        {"workFolderTree", workFolderTree},
+        {"helpFolder", helpFolder(options)}};
+    return [this, path, hello]() -> std::unique_ptr<HostConnection> {
+        try {
+            m_client->open(path, hello);
+        } catch (const RuntimeError& error) {
+            // The macro shows only that it cannot start; the reason goes here.
+            std::cerr << "pluvarine: " << error.description() << '\n';
+            throw;
+        }
+        return std::make_unique<SocketHostConnection>(m_client);
+    };
+}
+
+void Session::reportProtocolProblem(const std::string& problem) {
+    std::cerr << "pluvarine: " << problem << '\n';
+    if (m_journal) {
+        m_journal->record({{"type", "protocol"}, {"error", problem}});
+    }
 }
 
 Session::~Session() {
@@ -108,8 +159,10 @@ Session::~Session() {
 }
 
 bool Session::start() {
-    m_hostWindow->move(0, 0);
-    m_hostWindow->show();
+    if (m_hostWindow) {
+        m_hostWindow->move(0, 0);
+        m_hostWindow->show();
+    }
     m_macro->Form_Load();
     if (m_program.hasEnded()) {
         return false;

@@ -200,9 +200,9 @@ protected:
         pendingHost = std::make_unique<FakeHost>(log);
         host = pendingHost.get();
         host->programFolder = dir.path().toStdString() + "/";
-        macro = std::make_unique<Macro>(MacroEnvironment{[this] { return connect(); }, daten, *this,
-                                                         [this] { log.call("rebuild"); }, *this,
-                                                         *this, *this, *this, [this] { ++pumps; }});
+        macro = std::make_unique<Macro>(MacroEnvironment{
+            [this] { return connect(); }, convertPicture, daten, *this,
+            [this] { log.call("rebuild"); }, *this, *this, *this, *this, [this] { ++pumps; }});
     }
     // Creating the connection object fails like the host's when told to.
     virtual std::unique_ptr<HostConnection> connect() {
@@ -270,6 +270,10 @@ protected:
     std::string overhang;
     QImage bild{30, 30, QImage::Format_RGB32};  // blue
     QImage bild2{30, 30, QImage::Format_RGB32}; // red
+    // The host binding's conversion: a format of its own shows the picture went through it.
+    PictureConversion convertPicture = [](const QImage& bitmap) {
+        return HostPicture{bitmap.convertToFormat(QImage::Format_ARGB32_Premultiplied)};
+    };
     int pumps = 0;
     std::unique_ptr<Macro> macro;
 };

@@ -27,8 +27,8 @@ TEST_F(StartUpTest, RunsTheLoadStepsInOrderAgainstACompatibleHost) {
                             "setOverhangText(0)"));
     EXPECT_TRUE(macro->hostCompatible() && !macro->skipVersionCheck() && !ended);
     EXPECT_EQ(host->sink, macro.get());
-    EXPECT_EQ(host->buttonPicture.image.format(), QImage::Format_ARGB32);
-    EXPECT_EQ(host->buttonPicture.image.pixelColor(15, 15), QColor(Qt::blue)); // Bild
+    EXPECT_EQ(host->buttonPicture.image.format(), QImage::Format_ARGB32_Premultiplied); // converted
+    EXPECT_EQ(host->buttonPicture.image.pixelColor(15, 15), QColor(Qt::blue));          // Bild
     EXPECT_EQ(daten.workFolder, work.string());
     EXPECT_EQ(daten.oldObjectFile, objFile("fallrohr.tob"));
     EXPECT_FALSE(d.bendPartsBuilt || d.bendChosen || d.constructionAnswered || d.modelBuilt);
