@@ -28,7 +28,7 @@ TEST_F(E2e, ASaveThatCannotPackTheFilesGoesWithoutThemAndSaysSo) {
     EXPECT_THAT(saved["messages"][0].get<std::string>(),
                 ::testing::StartsWith("The project was saved without the downpipes' files"));
     EXPECT_EQ(saved["obj"].size(), 2u); // " 1.tob" and Data.ini stay
-    const Json project = Json::parse(read("p.tproj"));
+    const Json project = Json::from_cbor(read("p.tproj")); // .tproj files are CBOR
     EXPECT_EQ(project["elements"].size(), 1u);
     EXPECT_TRUE(project["macroData"].empty());
     std::ifstream archive(destination / "pluvarine.dat", std::ios::binary);
