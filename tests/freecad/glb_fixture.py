@@ -4,18 +4,15 @@ import json
 import struct
 
 
-def triangle_glb(nodes, positions, colour=(0.8, 0.5, 0.2, 1.0), asset_extras=None,
-                 scene_extras=None, indices=(0, 1, 2), scene_name="Fallrohr"):
+def triangle_glb(nodes, positions, colour=(0.8, 0.5, 0.2, 1.0), scene_extras=None,
+                 indices=(0, 1, 2), scene_name="Fallrohr"):
     """One mesh (float positions, 16-bit indices) used by every node in `nodes`."""
     bin_positions = struct.pack("<%df" % (3 * len(positions)), *[c for p in positions for c in p])
     bin_indices = struct.pack("<%dH" % len(indices), *indices)
     bin_indices += b"\0" * (-len(bin_indices) % 4)
     binary = bin_positions + bin_indices
-    asset = {"version": "2.0"}
-    if asset_extras is not None:
-        asset["extras"] = asset_extras
     doc = {
-        "asset": asset,
+        "asset": {"version": "2.0"},
         "scene": 0,
         "scenes": [{"name": scene_name, "nodes": list(range(len(nodes))),
                     "extras": scene_extras or {}}],

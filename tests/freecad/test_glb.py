@@ -15,25 +15,23 @@ def points(data):
 
 class GlbReaderTest(unittest.TestCase):
     def test_node_transforms_and_the_turn_to_z_up(self):
-        # (node, z-up marker, expected points): glTF y up becomes z up, (x, y, z) -> (x, -z, y).
+        # (node, expected points): glTF y up becomes z up, (x, y, z) -> (x, -z, y).
         quarter_about_z = [0.0, 0.0, 0.7071067811865476, 0.7071067811865476]
         cases = [
-            ({}, False, [(0, 0, 0), (1, 0, 0), (0, 0, 2)]),
-            ({"translation": [1, 2, 3]}, False, [(1, -3, 2), (2, -3, 2), (1, -3, 4)]),
-            ({"scale": [2, 1, 1]}, False, [(0, 0, 0), (2, 0, 0), (0, 0, 2)]),
-            ({"rotation": quarter_about_z}, False, [(0, 0, 0), (0, 0, 1), (-2, 0, 0)]),
-            ({"matrix": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 6, 7, 1]}, False,
+            ({}, [(0, 0, 0), (1, 0, 0), (0, 0, 2)]),
+            ({"translation": [1, 2, 3]}, [(1, -3, 2), (2, -3, 2), (1, -3, 4)]),
+            ({"scale": [2, 1, 1]}, [(0, 0, 0), (2, 0, 0), (0, 0, 2)]),
+            ({"rotation": quarter_about_z}, [(0, 0, 0), (0, 0, 1), (-2, 0, 0)]),
+            ({"matrix": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 6, 7, 1]},
              [(5, -7, 6), (6, -7, 6), (5, -7, 8)]),
-            ({"translation": [1, 2, 3]}, True, [(1, 2, 3), (2, 2, 3), (1, 4, 3)]),
         ]
-        for node, z_up, expected in cases:
-            extras = {"pluvarine": {"upAxis": "Z"}} if z_up else None
-            with self.subTest(node=node, z_up=z_up):
-                self.assertEqual(points(triangle_glb([node], TRIANGLE, asset_extras=extras)),
+        for node, expected in cases:
+            with self.subTest(node=node):
+                self.assertEqual(points(triangle_glb([node], TRIANGLE)),
                                  [tuple(float(c) for c in p) for p in expected])
 
     def test_colour_name_extras_and_helpers_left_out_of_the_box(self):
-        helper = {"translation": [50, 0, 0], "extras": {"pluvarine": {"auxiliary": True}}}
+        helper = {"translation": [50, 0, 0], "extras": {"id": 1, "auxiliary": True}}
         content = glb.read_bytes(triangle_glb(
             [{"name": "pipe #2"}, helper], TRIANGLE, colour=(0.1, 0.2, 0.3, 1.0),
             scene_extras={"pluvarine.partsList.count": 0}))

@@ -1,8 +1,8 @@
 """Reads glTF 2.0 binary files (the object files Pluvarine exports) with the standard library.
 
 The result is in FreeCAD's frame: z up, metres. glTF is y up, so every position is turned by
-+90 degrees about x: (x, y, z) -> (x, -z, y). A file that says it is already z up, with
-asset.extras {"pluvarine": {"upAxis": "Z"}}, is taken as it stands.
++90 degrees about x: (x, y, z) -> (x, -z, y). Extras are flat, as Pluvarine writes them: a node
+(or the whole file, in the asset's extras) with "auxiliary": true is a helper, never drawn.
 """
 
 import json
@@ -75,7 +75,6 @@ class GlbContent:
         self.scene_name = ""
         self.scene_extras = {}
         self.auxiliary = False
-        self.z_up = False
         self.items = []
 
     def drawn_items(self):
@@ -96,8 +95,7 @@ class GlbContent:
 
 
 def marked_auxiliary(extras):
-    own = extras.get("pluvarine") if isinstance(extras, dict) else None
-    return isinstance(own, dict) and own.get("auxiliary") is True
+    return isinstance(extras, dict) and extras.get("auxiliary") is True
 
 
 def split_chunks(data):
@@ -205,8 +203,6 @@ def _read(data):
     asset = doc.get("asset", {})
     extras = asset.get("extras", {}) if isinstance(asset, dict) else {}
     content.auxiliary = marked_auxiliary(extras)
-    own = extras.get("pluvarine", {}) if isinstance(extras, dict) else {}
-    content.z_up = isinstance(own, dict) and own.get("upAxis") == "Z"
     scenes = reader.array("scenes")
     scene_index = doc.get("scene", 0)
     if scenes:
@@ -217,9 +213,8 @@ def _read(data):
         roots = scene.get("nodes", [])
     else:
         roots = []
-    top = identity() if content.z_up else Y_UP_TO_Z_UP
     for root in roots:
-        _visit(reader, root, top, False, content, 0)
+        _visit(reader, root, Y_UP_TO_Z_UP, False, content, 0)
     return content
 
 
