@@ -13,7 +13,6 @@
 #include "host/HostRoofList.h"
 
 #include <gmock/gmock.h>
-#include <map>
 #include <sstream>
 
 namespace pluvarine::test {
@@ -213,14 +212,9 @@ FakePeer::Respond answering(const OperationCase& c) {
         if (op == c.sent()["op"]) {
             return {reply(request, Json::parse(c.result))};
         }
-        static const std::map<std::string, Json> objects = {
-            {"GetActiveBuilding", 5},
-            {"GetRoofList", 6},
-            {"FindRoofAt",
-             {{"roof", 7}, {"ignored", 0}, {"six", {1, 1, 1, 1, 1, 1}}, {"ignoredFlag", false}}},
-            {"GetRoofData", 8},
-            {"LoadObjectFile", 9},
-            {"CreateElement", 10}};
+        static const Json objects = Json::parse(R"({"GetActiveBuilding":5,"GetRoofList":6,
+            "FindRoofAt":{"roof":7,"ignored":0,"six":[1,1,1,1,1,1],"ignoredFlag":false},
+            "GetRoofData":8,"LoadObjectFile":9,"CreateElement":10})");
         return {reply(request, objects.at(op))};
     };
 }
