@@ -4,7 +4,6 @@
 #include "../../platform/hostsocket/FakePeer.h"
 #include "../ScriptedSession.h"
 
-#include <map>
 #include <sstream>
 
 namespace pluvarine::e2e {
@@ -29,21 +28,16 @@ protected:
 
     std::vector<std::string> answer(const Json& request) {
         const std::string op = request["op"];
-        const auto event = [this](const std::string& name, const Json& args) {
-            return test::event(name, ++m_seq, args);
-        };
-        static const std::map<std::string, Json> results = {
-            {"ConnectMacro", true},
-            {"GetVersionText", "FreeCAD Tectaro-compatible host +2026"},
-            {"AddMacroButton", 1},
-            {"SetMacroButtonState", 0},
-            {"RequestOneClick", nullptr},
-            {"ShowPrompt", nullptr},
-            {"control.idle", true},
-            {"control.macroButton", nullptr},
-            {"control.click", nullptr},
-            {"control.exit", nullptr},
-            {"control.state", {{"elements", Json::array()}}}};
+        static const Json results = Json::parse(R"({"ConnectMacro":true,
+            "GetVersionText":"FreeCAD Tectaro-compatible host +2026","AddMacroButton":1,
+            "SetMacroButtonState":0,"RequestOneClick":null,"ShowPrompt":null,"control.idle":true,
+            "control.macroButton":null,"control.click":null,"control.exit":null,
+            "control.state":{"elements":[]}})");
+        // The events each control request brings about, after its reply.
+        static const Json events = Json::parse(R"({"control.macroButton":["exe_ButtonChange",
+            {"btnId":1,"evnt":2,"selectedIndex":0,"pressed":true,"visible":true,"enabled":true}],
+            "control.click":["exe_GotOneClick",{"valid":true,"x":5,"y":-0.1,"id":1}],
+            "control.exit":["exe_ProgramExit",{}]})");
         if (op == "GetProgramFolder") {
             return {test::reply(request, (m_dir / "programfolder").string() + "/")};
         }
@@ -55,22 +49,11 @@ protected:
         if (op == "control.state") {
             lines.emplace_back("a line that is no JSON");
         }
-        lines.push_back(test::reply(request, results.at(op)));
-        if (op == "control.macroButton") {
-            lines.push_back(event("exe_ButtonChange", {{"btnId", 1},
-                                                       {"evnt", 2},
-                                                       {"selectedIndex", 0},
-                                                       {"pressed", true},
-                                                       {"visible", true},
-                                                       {"enabled", true}}));
-        } else if (op == "control.click") {
-            lines.push_back(
-                event("exe_GotOneClick", {{"valid", true}, {"x", 5}, {"y", -0.1}, {"id", 1}}));
-            if (closeAfterClick) {
-                lines.emplace_back("<close>");
-            }
-        } else if (op == "control.exit") {
-            lines.push_back(event("exe_ProgramExit", Json::object()));
+        lines.push_back(test::reply(request, results[op]));
+        if (events.contains(op)) {
+            lines.push_back(test::event(events[op][0].get<std::string>(), ++m_seq, events[op][1]));
+        }
+        if (op == "control.exit" || (op == "control.click" && closeAfterClick)) {
             lines.emplace_back("<close>");
         }
         return lines;
@@ -112,13 +95,10 @@ TEST_F(SocketHostSession, TheScriptsHostStepsAreTheHostsControlRequests) {
     EXPECT_EQ(picked["host"], Json({{"elements", Json::array()}})); // as the host reported it
     EXPECT_EQ(picked["macro"]["click"], Json::array({5.0F, -0.1F}));
     EXPECT_TRUE(picked["macro"]["mainWindowVisible"]);
-    std::vector<std::string> controls;
-    for (const std::string& request : requests) {
-        if (request.starts_with("control.") && !request.starts_with("control.idle")) {
-            controls.push_back(request);
-        }
-    }
-    EXPECT_THAT(controls,
+    std::erase_if(requests, [](const std::string& request) {
+        return !request.starts_with("control.") || request.starts_with("control.idle");
+    });
+    EXPECT_THAT(requests,
                 ElementsAre("control.macroButton {}", R"(control.click {"x":5.0,"y":-0.1})",
                             "control.state {}", "control.exit {}"));
     EXPECT_THAT(events(read("journal.jsonl")),

@@ -124,21 +124,13 @@ inline std::string event(const std::string& name, int seq, const Json& args = Js
     return Json{{"event", name}, {"seq", seq}, {"args", args}}.dump();
 }
 
-// Lets the event loop run until `done` holds or five seconds have passed.
-inline bool runUntil(const std::function<bool()>& done) {
-    const QDeadlineTimer deadline(5000);
+// Lets the event loop run until `done` holds or `ms` have passed.
+inline bool runUntil(const std::function<bool()>& done, int ms = 5000) {
+    const QDeadlineTimer deadline(ms);
     while (!done() && !deadline.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     }
     return done();
-}
-
-// Lets the event loop run for a while.
-inline void runFor(int ms) {
-    const QDeadlineTimer deadline(ms);
-    while (!deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
 }
 
 } // namespace pluvarine::test

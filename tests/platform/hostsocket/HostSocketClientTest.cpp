@@ -3,8 +3,7 @@
 
 #include "platform/hostsocket/HostSocketClient.h"
 
-#include "FakePeer.h"
-#include "base/RuntimeError.h"
+#include "Connected.h"
 
 #include <gmock/gmock.h>
 
@@ -14,30 +13,19 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-struct Client {
+// The client with its events kept by name.
+struct Client : Connected {
     explicit Client(FakePeer::Respond respond, int timeoutMs = 2000)
-        : peer(std::move(respond)), client(timeoutMs) {
-        client.setProblemReporter([this](const std::string& p) { problems.push_back(p); });
-        client.setEventHandler([this](const std::string& name, const Json&) {
+        : Connected(std::move(respond), timeoutMs) {
+        client->setEventHandler([this](const std::string& name, const Json&) {
             events.push_back(name);
             return Json();
         });
-        client.open(peer.path(), Json::object());
     }
-    // The call's host error, or "" when it succeeded.
     std::string failure(const std::string& op) {
-        try {
-            client.call(op);
-        } catch (const RuntimeError& error) {
-            EXPECT_EQ(error.number(), RuntimeError::HostError);
-            return error.description();
-        }
-        return "";
+        return hostError([&] { client->call(op); });
     }
-    FakePeer peer;
-    HostSocketClient client;
     std::vector<std::string> events;
-    std::vector<std::string> problems;
 };
 
 // The peer answers "Echo" with its args and lets the other ops go unanswered.
@@ -61,10 +49,10 @@ TEST(HostSocketClientTest, EventsArrivingDuringACallAreHandledAfterItInOrder) {
         return {event("exe_ProjectClosed", 1), event("exe_NewCurrentProject", 2),
                 reply(request, "v")};
     });
-    EXPECT_EQ(host.client.call("GetVersionText"), "v");
+    EXPECT_EQ(host.client->call("GetVersionText"), "v");
     EXPECT_TRUE(host.events.empty());
-    EXPECT_FALSE(host.client.idle());
-    ASSERT_TRUE(runUntil([&] { return host.client.idle(); }));
+    EXPECT_FALSE(host.client->idle());
+    ASSERT_TRUE(runUntil([&] { return host.client->idle(); }));
     EXPECT_THAT(host.events, ElementsAre("exe_ProjectClosed", "exe_NewCurrentProject"));
     ASSERT_TRUE(runUntil([&] { return host.peer.received().size() == 4; }));
     EXPECT_THAT(host.peer.traffic(),
@@ -89,7 +77,8 @@ TEST(HostSocketClientTest, AHostThatClosesIsTheHostsExit) {
     // A host that announces its exit before it closes exits once.
     Client announcing(echo);
     announcing.peer.send({event("exe_ProgramExit", 1), "<close>"});
-    ASSERT_TRUE(runUntil([&] { return !announcing.client.isOpen() && announcing.client.idle(); }));
+    ASSERT_TRUE(
+        runUntil([&] { return !announcing.client->isOpen() && announcing.client->idle(); }));
     EXPECT_THAT(announcing.events, ElementsAre("exe_ProgramExit"));
 }
 
@@ -111,7 +100,7 @@ TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
         Client host(echo, 30000); // megabytes to read and parse on a busy machine
         host.peer.send({line});
         // The line is skipped: the next request is answered as usual.
-        EXPECT_EQ(host.client.call("Echo", {{"n", 7}}), Json({{"n", 7}}));
+        EXPECT_EQ(host.client->call("Echo", {{"n", 7}}), Json({{"n", 7}}));
         ASSERT_EQ(host.problems.size(), 1U);
         EXPECT_THAT(host.problems[0], HasSubstr(problem));
         EXPECT_LT(host.problems[0].size(), 400U); // a long line is shown by its start
@@ -120,24 +109,15 @@ TEST(HostSocketClientTest, MalformedLinesAreReportedAndSkipped) {
 }
 
 TEST(HostSocketClientTest, OpeningFailsForNoHostOrAnotherProtocolVersion) {
-    HostSocketClient nobody(200);
-    try {
-        nobody.open("/nonexistent/host.sock", Json::object());
-        ADD_FAILURE() << "opened";
-    } catch (const RuntimeError& error) {
-        EXPECT_THAT(error.description(),
-                    HasSubstr("cannot reach the host at /nonexistent/host.sock"));
-    }
-
+    HostSocketClient nobody(200), client(2000);
+    EXPECT_THAT(hostError([&] { nobody.open("/nonexistent/host.sock", Json::object()); }),
+                HasSubstr("cannot reach the host at /nonexistent/host.sock"));
     FakePeer peer;
     peer.helloResult = {{"protocol", 2}, {"host", "a newer host"}};
-    HostSocketClient client(2000);
-    try {
-        client.open(peer.path(), {{"client", "pluvarine"}});
-        ADD_FAILURE() << "opened";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.description(), "the host does not speak protocol version 1");
-    }
+    EXPECT_EQ(hostError([&] {
+                  client.open(peer.path(), {{"client", "pluvarine"}});
+              }),
+              "the host does not speak protocol version 1");
     EXPECT_EQ(peer.received().at(0)["args"], Json({{"client", "pluvarine"}, {"protocol", 1}}));
 }
 
