@@ -14,12 +14,13 @@ namespace {
 
 using namespace pluvarine;
 
-void rebuildInto(benchmark::State& state, double heightMm, const std::string& spacing) {
+// Arguments: the height H in metres and the clamp spacing in millimetres.
+void BM_Rebuild(benchmark::State& state) {
     Daten daten;
     daten.workFolder = "/wf"; // the recording scene reads no files
-    daten.design.heightH = heightMm;
+    daten.design.heightH = double(state.range(0)) * 1000;
     PlainRebuildInputs inputs;
-    inputs.setClampSpacingText(spacing);
+    inputs.setClampSpacingText(std::to_string(state.range(1)));
     RecordingScene scene; // lives on, as the viewer does; each rebuild resets its scene
     Rebuild rebuild(daten, scene, inputs);
     for (auto _ : state) {
@@ -32,33 +33,12 @@ void rebuildInto(benchmark::State& state, double heightMm, const std::string& sp
 }
 
 // H = 5 m with the default spacing of 1800 mm.
-void BM_Rebuild5m(benchmark::State& state) {
-    rebuildInto(state, 5000, "1800");
-}
-BENCHMARK(BM_Rebuild5m)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Rebuild)->Args({5, 1800})->Unit(benchmark::kMicrosecond);
 
-// H = 5 m and 100 m with 300 mm between the clamps.
-void BM_Rebuild5mSpacing300(benchmark::State& state) {
-    rebuildInto(state, 5000, "300");
-}
-BENCHMARK(BM_Rebuild5mSpacing300)->Unit(benchmark::kMicrosecond);
-
-void BM_Rebuild100mSpacing300(benchmark::State& state) {
-    rebuildInto(state, 100000, "300");
-}
-BENCHMARK(BM_Rebuild100mSpacing300)->Unit(benchmark::kMicrosecond);
-
-// The height in metres as the argument, spacing 300: the fitted complexity shows the cost is
-// linear in the clamp count.
-void BM_RebuildByHeight(benchmark::State& state) {
-    rebuildInto(state, static_cast<double>(state.range(0)) * 1000, "300");
-}
-BENCHMARK(BM_RebuildByHeight)
-    ->Arg(5)
-    ->Arg(25)
-    ->Arg(50)
-    ->Arg(100)
-    ->Arg(200)
+// Spacing 300 from 5 m to 200 m: the fitted complexity shows the cost is linear in the clamp
+// count.
+BENCHMARK(BM_Rebuild)
+    ->ArgsProduct({{5, 25, 50, 100, 200}, {300}})
     ->Complexity(benchmark::oN)
     ->Unit(benchmark::kMicrosecond);
 

@@ -7,33 +7,26 @@
 //     QOpenGLWidget, both started as processes under the same display.
 //  4./5. Packing and unpacking against tar, process against process, and the preview's frame
 //     at its real size, presented on the screen.
-#include "assembly/Daten.h"
-#include "assembly/PlainRebuildInputs.h"
-#include "assembly/Rebuild.h"
+#include "BenchSupport.h"
 #include "platform/viewer/GlbReader.h"
 #include "platform/viewer/OrbitCamera.h"
-#include "platform/viewer/ViewerScene.h"
 #include "platform/viewer/widget/PreviewWidget.h"
 #include "platform/viewer/widget/SceneRenderer.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QOffscreenSurface>
-#include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
-#include <QOpenGLFunctions>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <spawn.h>
 #include <string>
-#include <sys/resource.h>
 #include <sys/wait.h>
+#include <tuple>
 #include <vector>
 
 extern char** environ;
@@ -49,9 +42,15 @@ void report(const std::string& target, const std::string& figure, bool met) {
 }
 
 std::string fixed(double value, int decimals = 2) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.*f", decimals, value);
-    return text;
+    return QString::number(value, 'f', decimals).toStdString();
+}
+
+// "a / b ms", and their ratio before it: "r (a / b ms".
+std::string msPair(double ours, double theirs) {
+    return fixed(ours, 0) + " / " + fixed(theirs, 0) + " ms";
+}
+std::string ratio(double ours, double theirs) {
+    return fixed(ours / theirs) + " (" + msPair(ours, theirs);
 }
 
 double median(std::vector<double> values) {
@@ -61,48 +60,43 @@ double median(std::vector<double> values) {
 
 struct ProcessRun {
     double wallMs = 0;
-    double cpuMs = 0; // user and system, all threads
-    long peakKiB = 0;
+    double cpuMs = 0;
     int exitCode = -1;
 };
 
-ProcessRun runProcess(const std::vector<std::string>& args, bool quiet = true) {
+// Its output goes to /dev/null.
+ProcessRun runProcess(const std::vector<std::string>& args) {
     std::vector<char*> argv;
-    for (const std::string& arg : args) {
+    for (const std::string& arg : args)
         argv.push_back(const_cast<char*>(arg.c_str()));
-    }
     argv.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    if (quiet) {
-        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-    }
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     QElapsedTimer clock;
     clock.start();
     pid_t pid = 0;
     ProcessRun run;
-    if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) != 0) {
-        posix_spawn_file_actions_destroy(&actions);
+    const bool spawned = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) == 0;
+    posix_spawn_file_actions_destroy(&actions);
+    if (!spawned)
         return run;
-    }
     int status = 0;
     rusage usage{};
     wait4(pid, &status, 0, &usage);
-    run.wallMs = double(clock.nsecsElapsed()) / 1e6;
-    posix_spawn_file_actions_destroy(&actions);
-    run.cpuMs = (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
-                (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
-    run.peakKiB = usage.ru_maxrss;
+    run.wallMs = elapsedMs(clock);
+    run.cpuMs = cpuMilliseconds(usage);
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
 }
 
 std::vector<std::string> programArgs(const fs::path& folder, const fs::path& script) {
+    const std::string source = PLUVARINE_SOURCE_DIR;
     return {PLUVARINE_GUI,
             "--building",
-            PLUVARINE_SOURCE_DIR "/data/sample/house.json",
+            source + "/data/sample/house.json",
             "--help-folder",
-            PLUVARINE_SOURCE_DIR "/data/help",
+            source + "/data/help",
             "--program-folder",
             (folder / "programfolder").string(),
             "--script",
@@ -117,11 +111,12 @@ void writeScript(const fs::path& file, const Json& steps) {
 void insertionSession(const fs::path& folder) {
     constexpr int kInsertions = 200;
     constexpr int kWindow = 20;
+    const auto stateFile = [&](int done) {
+        return folder / ("state-" + std::to_string(done) + ".json");
+    };
     Json steps = Json::array();
     const auto state = [&](int done) {
-        steps.push_back(
-            {{"do", "state"},
-             {"file", (folder / ("state-" + std::to_string(done) + ".json")).string()}});
+        steps.push_back({{"do", "state"}, {"file", stateFile(done).string()}});
     };
     state(0);
     for (int i = 0; i < kInsertions; ++i) {
@@ -132,16 +127,15 @@ void insertionSession(const fs::path& folder) {
         steps.push_back({{"do", "macroButton"}});
         steps.push_back({{"do", "click"}, {"x", points[i % 3][0]}, {"y", points[i % 3][1]}});
         steps.push_back({{"do", "button"}, {"name", "Command4"}});
-        if (i + 1 == kWindow || i + 1 == kInsertions - kWindow || i + 1 == kInsertions) {
+        if (i + 1 == kWindow || i + 1 == kInsertions - kWindow || i + 1 == kInsertions)
             state(i + 1);
-        }
     }
     steps.push_back({{"do", "exit"}});
     const fs::path script = folder / "session.json";
     writeScript(script, steps);
     const ProcessRun run = runProcess(programArgs(folder, script));
     const auto read = [&](int done) {
-        std::ifstream in(folder / ("state-" + std::to_string(done) + ".json"));
+        std::ifstream in(stateFile(done));
         return Json::parse(in, nullptr, false);
     };
     const Json s0 = read(0), s20 = read(kWindow), sLast = read(kInsertions - kWindow),
@@ -163,30 +157,15 @@ void insertionSession(const fs::path& folder) {
     report("1. CPU per insertion, last 20 / first 20 (at most 1.2)",
            fixed(last / first) + " (" + fixed(first, 0) + " ms, " + fixed(last, 0) + " ms)",
            last / first <= 1.2);
-    const double growth = (sEnd["process"]["residentKiB"].get<double>() -
-                           s20["process"]["residentKiB"].get<double>()) /
-                          (kInsertions - kWindow) / 1024.0;
+    const auto residentMB = [](const Json& s) {
+        return s["process"]["residentKiB"].get<double>() / 1024;
+    };
+    const double growth = (residentMB(sEnd) - residentMB(s20)) / (kInsertions - kWindow);
     report("1. memory growth per insertion, 20th to 200th (under 0.5 MB)",
-           fixed(growth) + " MB (resident " +
-               fixed(s0["process"]["residentKiB"].get<double>() / 1024, 0) + " MB at start, " +
-               fixed(sEnd["process"]["residentKiB"].get<double>() / 1024, 0) + " MB after " +
-               std::to_string(kInsertions) + ")",
+           fixed(growth) + " MB (resident " + fixed(residentMB(s0), 0) + " MB at start, " +
+               fixed(residentMB(sEnd), 0) + " MB after " + std::to_string(kInsertions) + ")",
            growth < 0.5);
 }
-
-struct DefaultAssembly {
-    DefaultAssembly() {
-        daten.workFolder = PLUVARINE_WORKFOLDER;
-        daten.oldObjectFile = daten.workFolder + "/obj/fallrohr.tob";
-        daten.design.heightH = 3000;
-        daten.roof.gutterWidth = 150;
-        daten.design.materialFile = daten.workFolder + "/mat/Kupfer.ini";
-        Rebuild(daten, scene, inputs).run();
-    }
-    Daten daten;
-    PlainRebuildInputs inputs;
-    ViewerScene scene;
-};
 
 // 2. The host's view draws every element's object file items; 200 object files of the same
 // parts, read as the host reads them, side by side along the walls of a 10 x 8 m house.
@@ -199,11 +178,9 @@ void hostFrame(const fs::path& folder) {
     for (int i = 0; i < 200; ++i) {
         const GlbContent content = GlbReader::readFile(objectFile);
         const double t = i / 200.0 * 36.0; // around the house's outline
-        const double x = t < 10 ? t : t < 18 ? 10 : t < 28 ? 28 - t : 0;
-        const double y = t < 10 ? 0 : t < 18 ? t - 10 : t < 28 ? 8 : 36 - t;
         Matrix4d world;
-        world(0, 3) = x;
-        world(1, 3) = y;
+        world(0, 3) = t < 10 ? t : t < 18 ? 10 : t < 28 ? 28 - t : 0;
+        world(1, 3) = t < 10 ? 0 : t < 18 ? t - 10 : t < 28 ? 8 : 36 - t;
         for (const GlbItem& item : content.items) {
             if (!item.auxiliary && item.mesh) {
                 scene.addMesh(item.mesh, world * item.transform, item.look);
@@ -211,16 +188,8 @@ void hostFrame(const fs::path& folder) {
             }
         }
     }
-    QSurfaceFormat format;
-    format.setVersion(3, 3);
-    format.setProfile(QSurfaceFormat::CoreProfile);
-    format.setDepthBufferSize(24);
-    QOpenGLContext context;
-    context.setFormat(format);
-    QOffscreenSurface surface;
-    surface.setFormat(format);
-    surface.create();
-    if (!context.create() || !context.makeCurrent(&surface)) {
+    OffscreenGl gl(24);
+    if (!gl.current) {
         report("2. host view frame", "no OpenGL context", false);
         return;
     }
@@ -232,23 +201,21 @@ void hostFrame(const fs::path& folder) {
     SceneRenderer renderer;
     renderer.setBackdrop(false);
     renderer.render(scene, camera, size); // uploads the meshes
-    context.functions()->glFinish();
+    gl.finish();
     std::vector<double> frames;
     for (int i = 0; i < 10; ++i) {
         QElapsedTimer clock;
         clock.start();
         renderer.render(scene, camera, size);
-        context.functions()->glFinish();
-        frames.push_back(double(clock.nsecsElapsed()) / 1e6);
+        gl.finish();
+        frames.push_back(elapsedMs(clock));
     }
     const double frame = median(frames);
     report("2. host view frame, 200 downpipes, 1600 x 1000 (under 50 ms)",
            fixed(frame, 1) + " ms (" + fixed(double(triangles) / 1e6) + " million triangles, " +
-               reinterpret_cast<const char*>(context.functions()->glGetString(GL_RENDERER)) + ")",
+               gl.renderer() + ")",
            frame < 50);
     renderer.release();
-    fbo.release();
-    context.doneCurrent();
 }
 
 // 3. Both programs end once their windows are shown and their first frames are on the screen.
@@ -271,22 +238,16 @@ void startUp(const fs::path& folder) {
     const double wall = median(oursWall) / median(minimalWall);
     const double cpu = median(oursCpu) / median(minimalCpu);
     report("3. start-up against a minimal Qt OpenGL program (at most 1.3)",
-           "wall " + fixed(wall) + " (" + fixed(median(oursWall), 0) + " / " +
-               fixed(median(minimalWall), 0) + " ms), CPU " + fixed(cpu) + " (" +
-               fixed(median(oursCpu), 0) + " / " + fixed(median(minimalCpu), 0) + " ms)",
+           "wall " + ratio(median(oursWall), median(minimalWall)) + "), CPU " +
+               ratio(median(oursCpu), median(minimalCpu)) + ")",
            wall <= 1.3 && cpu <= 1.3);
 }
 
 void fill(const fs::path& folder, int files, std::size_t size) {
     fs::create_directories(folder);
     std::vector<char> block(1 << 20);
-    std::uint64_t state = 0x9E3779B97F4A7C15ull;
-    for (char& c : block) { // xorshift: incompressible, cheap
-        state ^= state << 13;
-        state ^= state >> 7;
-        state ^= state << 17;
-        c = static_cast<char>(state);
-    }
+    std::mt19937 random; // incompressible
+    std::generate(block.begin(), block.end(), [&random] { return char(random()); });
     for (int i = 0; i < files; ++i) {
         std::ofstream out(folder / (" " + std::to_string(i + 1) + ".tob"), std::ios::binary);
         for (std::size_t done = 0; done < size;) {
@@ -310,40 +271,34 @@ void archive(const fs::path& folder) {
         const std::string ours = source.string() + ".dat";
         const std::string tarball = source.string() + ".tar";
         const fs::path out = source.string() + "-out";
+        const std::vector<std::string> commands[] = {
+            {PLUVARINE_CLI, "archive", "pack", source.string(), ours},
+            {"/usr/bin/tar", "-cf", tarball, "-C", source.string(), "."},
+            {PLUVARINE_CLI, "archive", "unpack", ours, out.string()},
+            {"/usr/bin/tar", "-xf", tarball, "-C", out.string()}};
         ProcessRun best[4];
-        for (auto& b : best) {
-            b.cpuMs = b.wallMs = 1e18;
-        }
-        const auto keep = [](ProcessRun& bestRun, const ProcessRun& run) {
-            bestRun.cpuMs = std::min(bestRun.cpuMs, run.cpuMs);
-            bestRun.wallMs = std::min(bestRun.wallMs, run.wallMs);
-            bestRun.exitCode = std::max(bestRun.exitCode, run.exitCode);
-        };
+        bool ran = true;
         for (int i = 0; i < 3; ++i) {
-            keep(best[0], runProcess({PLUVARINE_CLI, "archive", "pack", source.string(), ours}));
-            keep(best[1], runProcess({"/usr/bin/tar", "-cf", tarball, "-C", source.string(), "."}));
-            fs::remove_all(out);
-            fs::create_directory(out);
-            keep(best[2], runProcess({PLUVARINE_CLI, "archive", "unpack", ours, out.string()}));
-            fs::remove_all(out);
-            fs::create_directory(out);
-            keep(best[3], runProcess({"/usr/bin/tar", "-xf", tarball, "-C", out.string()}));
+            for (int c = 0; c < 4; ++c) {
+                if (c >= 2) { // unpack into an empty folder
+                    fs::remove_all(out);
+                    fs::create_directory(out);
+                }
+                const ProcessRun run = runProcess(commands[c]);
+                ran = ran && run.exitCode == 0;
+                best[c].cpuMs = i == 0 ? run.cpuMs : std::min(best[c].cpuMs, run.cpuMs);
+                best[c].wallMs = i == 0 ? run.wallMs : std::min(best[c].wallMs, run.wallMs);
+            }
         }
-        const bool ran = std::all_of(std::begin(best), std::end(best),
-                                     [](const ProcessRun& r) { return r.exitCode == 0; });
         report(std::string("4. pack CPU against tar, ") + label + " (at most 1.0)",
-               fixed(best[0].cpuMs / best[1].cpuMs) + " (" + fixed(best[0].cpuMs, 0) + " / " +
-                   fixed(best[1].cpuMs, 0) + " ms CPU; wall " + fixed(best[0].wallMs, 0) + " / " +
-                   fixed(best[1].wallMs, 0) + " ms)",
+               ratio(best[0].cpuMs, best[1].cpuMs) + " CPU; wall " +
+                   msPair(best[0].wallMs, best[1].wallMs) + ")",
                ran && best[0].cpuMs <= best[1].cpuMs);
         std::cout << "         unpack against tar, " << label << ": CPU "
-                  << fixed(best[2].cpuMs / best[3].cpuMs) << " (" << fixed(best[2].cpuMs, 0)
-                  << " / " << fixed(best[3].cpuMs, 0) << " ms), wall " << fixed(best[2].wallMs, 0)
-                  << " / " << fixed(best[3].wallMs, 0) << " ms" << std::endl;
-        fs::remove_all(source);
-        fs::remove_all(out);
-        fs::remove(ours);
-        fs::remove(tarball);
+                  << ratio(best[2].cpuMs, best[3].cpuMs) << "), wall "
+                  << msPair(best[2].wallMs, best[3].wallMs) << std::endl;
+        for (const fs::path& made : {source, out, fs::path(ours), fs::path(tarball)})
+            fs::remove_all(made);
     }
 }
 
@@ -359,9 +314,8 @@ void previewFrame() {
     const auto waitForFrame = [&](int count) {
         QElapsedTimer clock;
         clock.start();
-        while (swapped < count && clock.elapsed() < 10000) {
+        while (swapped < count && clock.elapsed() < 10000)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        }
     };
     waitForFrame(1);
     std::vector<double> frames;
@@ -370,7 +324,7 @@ void previewFrame() {
         clock.start();
         preview.update();
         waitForFrame(swapped + 1);
-        frames.push_back(double(clock.nsecsElapsed()) / 1e6);
+        frames.push_back(elapsedMs(clock));
     }
     report("5. preview frame at 257 x 449, multisampled and presented (measured as named)",
            fixed(median(frames), 1) + " ms", swapped >= 21);

@@ -6,6 +6,7 @@
 #include "store/text/LoadText.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace pluvarine::test {
 namespace {
@@ -45,57 +46,38 @@ TEST(ProjectPartsList, FourDownpipesAndTheirTotalsAsCsv) {
     const ProjectPartsList list = ProjectPartsList::of(project);
     ASSERT_EQ(list.downpipes.size(), 5U);
     EXPECT_TRUE(list.downpipes[4].list.rows.empty());
+    // Each row: downpipe, the article's catalogue columns, material, then quantity, cut length,
+    // total length and note.
     // clang-format off
-    const char* expected[] = {
-        R"(Downpipe,Article,Catalogue file,Diameter (mm),Angle (°),Nominal length (mm),Material,Quantity,Cut length (mm),Total length (mm),Note)",
-        R"(1.tob,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Grey plastic,1,,,)",
-        R"(1.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Grey plastic,1,2814,2814,)",
-        R"(1.tob,Standpipe,Standrohr_125_500.v3o,125,,500,Grey plastic,1,300,300,)",
-        R"(1.tob,Cover cap,Abdeckkappe_100_125.v3o,100,,,Grey plastic,1,,,)",
-        R"(1.tob,Pipe clamp,Rohrschelle_100.v3o,100,,,Grey plastic,2,,,)",
-        R"(2.tob,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Grey plastic,1,,,)",
-        R"(2.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Grey plastic,1,2631,2631,)",
-        R"(2.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Grey plastic,1,185,185,)",
-        R"(2.tob,Elbow,Knick_100_42.v3o,100,42,,Grey plastic,2,,,)",
-        R"(2.tob,Standpipe,Standrohr_125_500.v3o,125,,500,Grey plastic,1,300,300,)",
-        R"(2.tob,Cover cap,Abdeckkappe_100_125.v3o,100,,,Grey plastic,1,,,)",
-        R"(2.tob,Pipe clamp,Rohrschelle_100.v3o,100,,,Grey plastic,2,,,)",
-        R"(3.tob,"Pipe bend, left",Bogen_100_42_L.v3o,100,42,,Copper,1,,,)",
-        R"(3.tob,"Pipe bend, right",Bogen_100_42_R.v3o,100,42,,Copper,1,,,)",
-        R"(3.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Copper,1,285,285,)",
-        R"(3.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Copper,1,4052,4052,)",
-        R"(3.tob,Standpipe,Standrohr_125_500.v3o,125,,500,Copper,1,300,300,)",
-        R"(3.tob,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Copper,1,,,)",
-        R"(3.tob,Cover cap,Abdeckkappe_100_125.v3o,100,,,Copper,1,,,)",
-        R"(3.tob,Pipe clamp,Rohrschelle_100.v3o,100,,,Copper,3,,,)",
-        R"(4.tob,"Pipe bend, left",Bogen_100_72_L.v3o,100,72,,Copper,1,,,)",
-        R"(4.tob,"Pipe bend, right",Bogen_100_72_R.v3o,100,72,,Copper,1,,,)",
-        R"(4.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Copper,1,-32,-32,Cut length not positive: the roof overhang is too small for this offset)",
-        R"(4.tob,Downpipe,Fallrohr_100_500.v3o,100,,500,Copper,1,2369,2369,)",
-        R"(4.tob,Standpipe,Standrohr_125_500.v3o,125,,500,Copper,1,300,300,)",
-        R"(4.tob,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Copper,1,,,)",
-        R"(4.tob,Cover cap,Abdeckkappe_100_125.v3o,100,,,Copper,1,,,)",
-        R"(4.tob,Pipe clamp,Rohrschelle_100.v3o,100,,,Copper,2,,,)",
-        R"(Total,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Grey plastic,2,,,)",
-        R"(Total,Downpipe,Fallrohr_100_500.v3o,100,,500,Grey plastic,3,,5630,)",
-        R"(Total,Standpipe,Standrohr_125_500.v3o,125,,500,Grey plastic,2,,600,)",
-        R"(Total,Cover cap,Abdeckkappe_100_125.v3o,100,,,Grey plastic,2,,,)",
-        R"(Total,Pipe clamp,Rohrschelle_100.v3o,100,,,Grey plastic,4,,,)",
-        R"(Total,Elbow,Knick_100_42.v3o,100,42,,Grey plastic,2,,,)",
-        R"(Total,"Pipe bend, left",Bogen_100_42_L.v3o,100,42,,Copper,1,,,)",
-        R"(Total,"Pipe bend, right",Bogen_100_42_R.v3o,100,42,,Copper,1,,,)",
-        R"(Total,Downpipe,Fallrohr_100_500.v3o,100,,500,Copper,4,,6674,Cut length not positive: the roof overhang is too small for this offset)",
-        R"(Total,Standpipe,Standrohr_125_500.v3o,125,,500,Copper,2,,600,)",
-        R"(Total,Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,Copper,2,,,)",
-        R"(Total,Cover cap,Abdeckkappe_100_125.v3o,100,,,Copper,2,,,)",
-        R"(Total,Pipe clamp,Rohrschelle_100.v3o,100,,,Copper,5,,,)",
-        R"(Total,"Pipe bend, left",Bogen_100_72_L.v3o,100,72,,Copper,1,,,)",
-        R"(Total,"Pipe bend, right",Bogen_100_72_R.v3o,100,72,,Copper,1,,,)",
-    };
+    const std::string outlet = "Gutter outlet,Reinhangestutzen_100_218.v3o,100,,218,",
+        pipe = "Downpipe,Fallrohr_100_500.v3o,100,,500,", stand = "Standpipe,Standrohr_125_500.v3o,125,,500,",
+        cap = "Cover cap,Abdeckkappe_100_125.v3o,100,,,", clamp = "Pipe clamp,Rohrschelle_100.v3o,100,,,",
+        elbow = "Elbow,Knick_100_42.v3o,100,42,,",
+        left42 = R"("Pipe bend, left",Bogen_100_42_L.v3o,100,42,,)",
+        right42 = R"("Pipe bend, right",Bogen_100_42_R.v3o,100,42,,)",
+        left72 = R"("Pipe bend, left",Bogen_100_72_L.v3o,100,72,,)",
+        right72 = R"("Pipe bend, right",Bogen_100_72_R.v3o,100,72,,)",
+        grey = "Grey plastic,", copper = "Copper,",
+        note = "Cut length not positive: the roof overhang is too small for this offset";
+    const std::tuple<std::string, std::string, std::vector<std::pair<std::string, std::string>>> blocks[] = {
+        {"1.tob", grey, {{outlet, "1,,,"}, {pipe, "1,2814,2814,"}, {stand, "1,300,300,"}, {cap, "1,,,"},
+                         {clamp, "2,,,"}}},
+        {"2.tob", grey, {{outlet, "1,,,"}, {pipe, "1,2631,2631,"}, {pipe, "1,185,185,"}, {elbow, "2,,,"},
+                         {stand, "1,300,300,"}, {cap, "1,,,"}, {clamp, "2,,,"}}},
+        {"3.tob", copper, {{left42, "1,,,"}, {right42, "1,,,"}, {pipe, "1,285,285,"}, {pipe, "1,4052,4052,"},
+                           {stand, "1,300,300,"}, {outlet, "1,,,"}, {cap, "1,,,"}, {clamp, "3,,,"}}},
+        {"4.tob", copper, {{left72, "1,,,"}, {right72, "1,,,"}, {pipe, "1,-32,-32," + note}, {pipe, "1,2369,2369,"},
+                           {stand, "1,300,300,"}, {outlet, "1,,,"}, {cap, "1,,,"}, {clamp, "2,,,"}}},
+        {"Total", grey, {{outlet, "2,,,"}, {pipe, "3,,5630,"}, {stand, "2,,600,"}, {cap, "2,,,"},
+                         {clamp, "4,,,"}, {elbow, "2,,,"}}},
+        {"Total", copper, {{left42, "1,,,"}, {right42, "1,,,"}, {pipe, "4,,6674," + note}, {stand, "2,,600,"},
+                           {outlet, "2,,,"}, {cap, "2,,,"}, {clamp, "5,,,"}, {left72, "1,,,"}, {right72, "1,,,"}}}};
     // clang-format on
-    std::string csv;
-    for (const char* line : expected)
-        csv += std::string(line) + "\r\n";
+    std::string csv = "Downpipe,Article,Catalogue file,Diameter (mm),Angle (°),Nominal length "
+                      "(mm),Material,Quantity,Cut length (mm),Total length (mm),Note\r\n";
+    for (const auto& [downpipe, material, rows] : blocks)
+        for (const auto& [article, figures] : rows)
+            csv += downpipe + "," + article + material + figures + "\r\n";
     EXPECT_EQ(list.toCsv(), csv);
     // Headers, articles and materials in the interface language.
     setActiveTextLanguage(TextLanguage::German);
