@@ -50,17 +50,21 @@ def find_building(doc):
 
 
 def program_path():
-    """The Pluvarine program: $PLUVARINE_PROGRAM, the installer's note, or the PATH."""
+    """The Pluvarine program: $PLUVARINE_PROGRAM, the installer's note, the program of the
+    installation the add-on came with (PREFIX/share/pluvarine/freecad-addon), or the PATH."""
     explicit = os.environ.get("PLUVARINE_PROGRAM")
     if explicit:
         return explicit
-    note = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))),
-                        "program-path.txt")
+    addon = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
+    note = os.path.join(addon, "program-path.txt")
     if os.path.isfile(note):
         with open(note, encoding="utf-8") as f:
             path = f.read().strip()
         if path:
             return path
+    installed = os.path.join(addon, "..", "..", "..", "bin", "pluvarine")
+    if os.access(installed, os.X_OK):
+        return os.path.normpath(installed)
     return shutil.which("pluvarine") or "pluvarine"
 
 
