@@ -1,10 +1,10 @@
 // The demo `make run` shows on a machine without a display, on a German desktop.
 
+#include "../support/FileBytes.h"
+
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <iterator>
 #include <string>
 #include <sys/wait.h>
 
@@ -18,8 +18,7 @@ TEST(Demo, RunsToItsEndOnAGermanDesktopAndWritesItsScreenshots) {
                                 " bash tools/run.sh '" PLUVARINE_BINARY_DIR "' >'" +
                                 log + "' 2>&1";
     const int status = std::system(command.c_str());
-    std::ifstream in(log);
-    const std::string output{std::istreambuf_iterator<char>(in), {}};
+    const std::string output = pluvarine::test::readFile(log);
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << output;
     for (const char* shot : {"1-north-bends.png", "2-copper-clamps-1200.png", "3-west-72.png",
                              "4-host-three-downpipes.png"}) {

@@ -1,12 +1,13 @@
 // The program installed into a prefix of its own and started from there with the build and
 // source trees out of sight, as on a user's machine.
 
+#include "../support/FileBytes.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iostream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <sys/wait.h>
@@ -15,16 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
+using pluvarine::test::readFile;
 using ::testing::HasSubstr;
 
 int shell(const std::string& command) {
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-std::string read(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 class InstalledProgram : public ::testing::Test {
@@ -39,7 +36,7 @@ protected:
         ASSERT_EQ(shell("cmake --install '" PLUVARINE_BINARY_DIR "' --prefix '" + prefix() +
                         "' >'" + (m_dir / "install.log").string() + "' 2>&1"),
                   0)
-            << read(m_dir / "install.log");
+            << readFile(m_dir / "install.log");
     }
     void TearDown() override {
         if (!m_dir.empty()) {
@@ -91,8 +88,8 @@ TEST_F(InstalledProgram, FindsItsDataBelowItsPrefixAndSaysWhatIsMissing) {
                           {{"do", "button"}, {"name", "Command4"}},
                           {{"do", "state"}, {"file", state}},
                           {{"do", "exit"}}};
-    ASSERT_EQ(runInstalled(session), 0) << read(m_dir / "stderr.txt");
-    const Json inserted = Json::parse(read(state));
+    ASSERT_EQ(runInstalled(session), 0) << readFile(m_dir / "stderr.txt");
+    const Json inserted = Json::parse(readFile(state));
     EXPECT_EQ(inserted["host"]["elements"].size(), 1U);
     EXPECT_EQ(inserted["obj"][0]["name"], " 1.tob");
     EXPECT_TRUE(inserted["messages"].empty()) << inserted["messages"].dump();
@@ -102,7 +99,7 @@ TEST_F(InstalledProgram, FindsItsDataBelowItsPrefixAndSaysWhatIsMissing) {
     fs::remove(share / "pluvarine/workfolder/res/Rohrschelle_100.v3o");
     fs::remove_all(m_dir / "programfolder");
     EXPECT_EQ(runInstalled(session), 2);
-    EXPECT_THAT(read(m_dir / "stderr.txt"),
+    EXPECT_THAT(readFile(m_dir / "stderr.txt"),
                 HasSubstr("not found:\n  " + (share / "pluvarine/workfolder/res").string() +
                           "/Rohrschelle_100.v3o"));
 }

@@ -2,6 +2,7 @@
 // the downpipes' files, never with an older archive, the user is told, and no file changes.
 
 #include "../support/FaultyFolder.h"
+#include "../support/FileBytes.h"
 #include "ScriptedSession.h"
 
 namespace pluvarine::e2e {
@@ -27,12 +28,11 @@ TEST_F(E2e, ASaveThatCannotPackTheFilesGoesWithoutThemAndSaysSo) {
     ASSERT_EQ(saved["messages"].size(), 1u);
     EXPECT_THAT(saved["messages"][0].get<std::string>(),
                 ::testing::StartsWith("The project was saved without the downpipes' files"));
-    EXPECT_EQ(saved["obj"].size(), 2u); // " 1.tob" and Data.ini stay
+    EXPECT_EQ(saved["obj"].size(), 2u);                    // " 1.tob" and Data.ini stay
     const Json project = Json::from_cbor(read("p.tproj")); // .tproj files are CBOR
     EXPECT_EQ(project["elements"].size(), 1u);
     EXPECT_TRUE(project["macroData"].empty());
-    std::ifstream archive(destination / "pluvarine.dat", std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(archive), {}), older);
+    EXPECT_EQ(test::readFile(destination / "pluvarine.dat"), older);
 }
 
 } // namespace

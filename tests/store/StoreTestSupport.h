@@ -6,17 +6,15 @@
 #include "platform/system/UserMessages.h"
 #include "store/ArchiveFormat.h"
 #include "store/ProjectArchive.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/WriteFaults.h"
 
 #include <QTemporaryDir>
-#include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <map>
 #include <optional>
-#include <sys/resource.h>
 
 namespace pluvarine::testing {
 
@@ -33,13 +31,7 @@ struct RecordingProgress : ProgressSink {
     int ended = 0;
 };
 
-inline std::string readFile(const fs::path& path) {
-    return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
-}
-
-inline void writeFile(const fs::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
+using test::readFile, test::writeFile;
 
 // A little-endian integer of width bytes (a count or length: 4), as the archive lays them out.
 inline std::string le(std::int64_t value, int width = 4) {
@@ -91,21 +83,15 @@ protected:
     std::optional<RuntimeError> failureChangingNothing(const std::function<void()>& operation,
                                                        rlim_t sizeLimit = RLIM_INFINITY) {
         const auto before = snapshot(root());
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit previous{};
-        ::getrlimit(RLIMIT_FSIZE, &previous);
-        const rlimit tight{sizeLimit, previous.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &tight);
         std::optional<RuntimeError> failure;
         try {
+            const test::FileSizeLimit limit(sizeLimit);
             operation();
         } catch (const RuntimeError& error) {
             failure = error;
         } catch (const std::exception& error) {
             ADD_FAILURE() << error.what();
         }
-        ::setrlimit(RLIMIT_FSIZE, &previous);
-        std::signal(SIGXFSZ, handler);
         EXPECT_EQ(snapshot(root()), before);
         return failure;
     }

@@ -1,28 +1,15 @@
 #include "platform/system/AtomicFile.h"
 
+#include "tests/support/WriteFaults.h"
+
 #include <QTemporaryDir>
-#include <algorithm>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace pluvarine;
 
-namespace {
-
-std::vector<std::string> namesIn(const std::filesystem::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-} // namespace
+using test::namesIn;
 
 // A writer killed with kill -9 in the middle leaves the target whole and a hidden temporary
 // file; the first write of a later program in the folder removes that, and the files of older
@@ -31,17 +18,13 @@ TEST(AtomicFile, TheNextWriteRemovesWhatAKilledWriterLeftBehind) {
     QTemporaryDir dir;
     const std::filesystem::path folder = dir.path().toStdString();
     std::ofstream(folder / "target") << "old";
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const auto [child, ended] = test::runInDyingChild([&] {
         AtomicFile file((folder / "target").string());
         if (file.create() && file.writeAll("half", 4)) {
             ::kill(::getpid(), SIGKILL);
         }
-        ::_exit(1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+    });
+    ASSERT_EQ(ended, SIGKILL);
     const std::string killed = ".pluvarine-" + std::to_string(child) + "-";
     std::vector<std::string> names = namesIn(folder);
     ASSERT_EQ(names.size(), 2u);

@@ -1,13 +1,13 @@
 #include "platform/system/ProfileFile.h"
 
+#include "tests/support/FileBytes.h"
+#include "tests/support/WriteFaults.h"
+
 #include <QTemporaryDir>
 #include <array>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace pluvarine;
@@ -99,10 +99,7 @@ struct ProfileFile : ::testing::Test {
         return std::distance(std::filesystem::directory_iterator(folder()), {});
     }
     void put(const std::string& content) { std::ofstream(file(), std::ios::binary) << content; }
-    std::string written() const {
-        return {std::istreambuf_iterator<char>(std::ifstream(file(), std::ios::binary).rdbuf()),
-                {}};
-    }
+    std::string written() const { return pluvarine::test::readFile(file()); }
     std::string get(const std::string& key, std::uint32_t size = 255) {
         std::string buffer(size + 1, '#');
         const auto count = GetPrivateProfileStringA("s", key, "dflt", buffer.data(), size, file());
@@ -144,15 +141,10 @@ TEST_F(ProfileFile, FailedWritesChangeNothing) {
     std::filesystem::remove(file());
     put("[s]\r\nk=1\r\n");
     EXPECT_EQ(WritePrivateProfileStringA("s", "k", "2\r\n[t]", file()), 0);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit previous{};
-    ::getrlimit(RLIMIT_FSIZE, &previous);
-    const rlimit tight{16, previous.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
-    const std::int32_t result = WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file());
-    ::setrlimit(RLIMIT_FSIZE, &previous);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(result, 0);
+    {
+        const pluvarine::test::FileSizeLimit full(16);
+        EXPECT_EQ(WritePrivateProfileStringA("s", "k", std::string(100, 'v'), file()), 0);
+    }
     EXPECT_EQ(written(), "[s]\r\nk=1\r\n");
     EXPECT_EQ(entryCount(), 1);
 }

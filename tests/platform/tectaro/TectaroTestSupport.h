@@ -8,11 +8,11 @@
 #include "platform/system/UserMessages.h"
 #include "platform/system/UserQuestions.h"
 #include "platform/tectaro/TectaroHost.h"
+#include "tests/support/FileBytes.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace pluvarine::test {
@@ -22,14 +22,6 @@ using Names = std::vector<std::string>;
 inline std::shared_ptr<const Building> sampleHouse() {
     return std::make_shared<const Building>(
         Building::load(std::string(PLUVARINE_SOURCE_DIR) + "/data/sample/house.json"));
-}
-
-inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-inline std::string readFile(const std::filesystem::path& path) {
-    return {std::istreambuf_iterator<char>(std::ifstream(path, std::ios::binary).rdbuf()), {}};
 }
 
 // A macro stand-in that records every event by name ("Pressed <id>" for a press of a macro

@@ -15,7 +15,7 @@ using Point = std::array<double, 3>;
 // file is read from disk once per run.
 TEST_F(Scene, IdsKeepCountingAcrossLoadSceneAndFailuresTakeNone) {
     writeText(path("broken.v3o"), "glTF this is not");
-    writeText(path("truncated.v3o"), readBytes(path("pipe.v3o")).substr(0, 100));
+    writeText(path("truncated.v3o"), readFile(path("pipe.v3o")).substr(0, 100));
     for (int i = 0; i < 3; ++i) {
         m_scene.LoadScene(path("main.v3o"));
         ASSERT_EQ(m_scene.objects().size(), 1u);

@@ -3,23 +3,19 @@
 #include "base/RuntimeError.h"
 #include "platform/viewer/OrbitCamera.h"
 #include "platform/viewer/ViewerScene.h"
+#include "tests/support/FileBytes.h"
 
 #include <QPolygonF>
 #include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <sstream>
 
 namespace pluvarine::test {
 
 // A test that writes its own input must not go on without it.
 inline void writeText(const std::string& path, const std::string& text) {
     ASSERT_TRUE((std::ofstream(path, std::ios::binary) << text).flush()) << path;
-}
-
-inline std::string readBytes(const std::string& path) {
-    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
 // The image area the box's eight corners cover as the camera shows them; every corner must lie

@@ -135,8 +135,8 @@ TEST_F(WindowFixture, AfterAFailedSaveNothingClosesTheProjectWithoutAsking) {
                            "SaveStart", "SaveBuilding", "ProjectClosed", "ProgramExit"}));
 }
 
-// The toolbar's parts list opens its window: the columns in the interface language, no row
-// for a project without downpipes.
+// The toolbar's parts list opens its window, in the interface language, with no row for a
+// project without downpipes (the list's columns are checked with the project's parts list).
 TEST_F(WindowFixture, ThePartsListCommandShowsTheListsWindow) {
     setActiveTextLanguage(TextLanguage::German);
     QAction* action = window.findChild<QAction*>("tectaroPartsList");
@@ -146,9 +146,6 @@ TEST_F(WindowFixture, ThePartsListCommandShowsTheListsWindow) {
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Stückliste"));
-    EXPECT_EQ(dialog->table().columnCount(), 11);
-    EXPECT_EQ(dialog->table().horizontalHeaderItem(8)->text(),
-              QStringLiteral("Zuschnittlänge (mm)"));
     EXPECT_EQ(dialog->table().rowCount(), 0);
     setActiveTextLanguage(TextLanguage::EnglishUnitedStates);
 }
