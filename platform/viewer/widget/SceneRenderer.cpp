@@ -382,23 +382,8 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
     if (wall) {
         drawAroundWall(outline);
     }
-    // llvmpipe clips at every distance the shader writes, enabled or not: the plane itself
-    // says whether anything goes.
-    glEnable(GL_CLIP_DISTANCE0);
-    glEnable(GL_DEPTH_TEST);
-    // glTF's rule: counter-clockwise faces are the front, back faces are not drawn (materials
-    // are single-sided unless they say otherwise). Skipping them halves llvmpipe's work.
-    glEnable(GL_CULL_FACE);
-    glCullFace(GL_BACK);
-    m_program->bind();
-    m_program->setUniformValue("viewProjection", viewProjection);
-    m_program->setUniformValue("cameraPosition", camera.eye());
-    m_program->setUniformValue("clipPlane",
-                               wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
-    updateBatches(scene, 0);
-    drawBatches();
-    glDisable(GL_CLIP_DISTANCE0);
-    m_program->release();
+    drawObjects(scene, 0, viewProjection, camera.eye(),
+                wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
     if (!wall) {
         m_drawn = Drawn{&scene,
                         scene.layoutRevision(),
@@ -428,20 +413,31 @@ bool SceneRenderer::renderAdditions(const ViewerScene& scene, const OrbitCamera&
         return true; // the frame shows it all
     }
     glViewport(0, 0, pixels.width(), pixels.height());
+    drawObjects(scene, static_cast<std::size_t>(first - objects.begin()), viewProjection,
+                camera.eye(), QVector4D(0, 0, 0, 1));
+    m_drawn->lastId = objects.back().id;
+    return true;
+}
+
+void SceneRenderer::drawObjects(const ViewerScene& scene, std::size_t first,
+                                const QMatrix4x4& viewProjection, const QVector3D& eye,
+                                const QVector4D& clipPlane) {
+    // llvmpipe clips at every distance the shader writes, enabled or not: the plane itself
+    // says whether anything goes.
     glEnable(GL_CLIP_DISTANCE0);
     glEnable(GL_DEPTH_TEST);
+    // glTF's rule: counter-clockwise faces are the front, back faces are not drawn (materials
+    // are single-sided unless they say otherwise). Skipping them halves llvmpipe's work.
     glEnable(GL_CULL_FACE);
     glCullFace(GL_BACK);
     m_program->bind();
     m_program->setUniformValue("viewProjection", viewProjection);
-    m_program->setUniformValue("cameraPosition", camera.eye());
-    m_program->setUniformValue("clipPlane", QVector4D(0, 0, 0, 1));
-    updateBatches(scene, static_cast<std::size_t>(first - objects.begin()));
+    m_program->setUniformValue("cameraPosition", eye);
+    m_program->setUniformValue("clipPlane", clipPlane);
+    updateBatches(scene, first);
     drawBatches();
     glDisable(GL_CLIP_DISTANCE0);
     m_program->release();
-    m_drawn->lastId = objects.back().id;
-    return true;
 }
 
 void SceneRenderer::drawBatches() {

@@ -84,6 +84,10 @@ private:
     // Groups the scene's objects from index `first` on into batches and uploads their
     // matrices, when the scene has changed since the last frame.
     void updateBatches(const ViewerScene& scene, std::size_t first);
+    // Draws the objects from index `first` on with the shaded program, parts beyond
+    // `clipPlane` cut away.
+    void drawObjects(const ViewerScene& scene, std::size_t first, const QMatrix4x4& viewProjection,
+                     const QVector3D& eye, const QVector4D& clipPlane);
     void drawBatches();
     void drawBatch(const Batch& batch);
     // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
