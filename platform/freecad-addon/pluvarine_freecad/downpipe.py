@@ -54,20 +54,20 @@ class Downpipe:
         self.Type = TYPE
         self.set_properties(obj)
 
+    PROPERTIES = [
+        ("App::PropertyString", "SourceFile", "The object file the downpipe was made from"),
+        ("App::PropertyFloatList", "ElementMatrix",
+         "The placement matrix the macro gave (metres, row index fastest)"),
+        ("App::PropertyString", "ObjectName", "The object's name in its object file"),
+        ("App::PropertyColorList", "FaceColors",
+         "The colour of each facet, from the object file's materials"),
+    ]
+
     def set_properties(self, obj):
         props = obj.PropertiesList
-        if "SourceFile" not in props:
-            obj.addProperty("App::PropertyString", "SourceFile", "Pluvarine",
-                            "The object file the downpipe was made from")
-        if "ElementMatrix" not in props:
-            obj.addProperty("App::PropertyFloatList", "ElementMatrix", "Pluvarine",
-                            "The placement matrix the macro gave (metres, row index fastest)")
-        if "ObjectName" not in props:
-            obj.addProperty("App::PropertyString", "ObjectName", "Pluvarine",
-                            "The object's name in its object file")
-        if "FaceColors" not in props:
-            obj.addProperty("App::PropertyColorList", "FaceColors", "Pluvarine",
-                            "The colour of each facet, from the object file's materials")
+        for kind, name, tip in self.PROPERTIES:
+            if name not in props:
+                obj.addProperty(kind, name, "Pluvarine", tip)
         if "IfcType" not in props:
             obj.addProperty("App::PropertyString", "IfcType", "IFC", "The IFC type")
             obj.addProperty("App::PropertyString", "PredefinedType", "IFC", "IFC predefined type")
