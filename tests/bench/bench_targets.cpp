@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QOpenGLFramebufferObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <fcntl.h>
@@ -338,10 +339,20 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QTemporaryDir dir;
     const fs::path folder = dir.path().toStdString();
-    insertionSession(folder);
-    hostFrame(folder);
-    startUp(folder);
-    previewFrame();
-    archive(folder);
+    // Numbers on the command line pick targets (bench_targets 2 3); none runs them all.
+    const QStringList picked = app.arguments().filter(QRegularExpression("^[1-5]$"));
+    const auto wanted = [&picked](const char* number) {
+        return picked.isEmpty() || picked.contains(number);
+    };
+    if (wanted("1"))
+        insertionSession(folder);
+    if (wanted("2"))
+        hostFrame(folder);
+    if (wanted("3"))
+        startUp(folder);
+    if (wanted("5"))
+        previewFrame();
+    if (wanted("4"))
+        archive(folder);
     return 0;
 }
