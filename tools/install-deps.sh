@@ -7,7 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6opengl6-dev qt6-svg-dev
   libgl-dev libegl-dev libgl1-mesa-dri libglx-mesa0 xvfb xauth
-  libtinygltf-dev nlohmann-json3-dev
+  libtinygltf-dev nlohmann-json3-dev libmeshoptimizer-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   clang-14 libclang-rt-14-dev
   nodejs

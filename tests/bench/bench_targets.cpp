@@ -201,6 +201,7 @@ void hostFrame(const fs::path& folder) {
     camera.reset(scene.bounds(), float(size.width()) / float(size.height()));
     SceneRenderer renderer;
     renderer.setBackdrop(false);
+    renderer.setLevelsOfDetail(true);     // as the host's view draws
     renderer.render(scene, camera, size); // uploads the meshes
     gl.finish();
     std::vector<double> frames;
@@ -213,8 +214,8 @@ void hostFrame(const fs::path& folder) {
     }
     const double frame = median(frames);
     report("2. host view frame, 200 downpipes, 1600 x 1000 (under 50 ms)",
-           fixed(frame, 1) + " ms (" + fixed(double(triangles) / 1e6) + " million triangles, " +
-               gl.renderer() + ")",
+           fixed(frame, 1) + " ms (" + std::to_string(renderer.trianglesDrawn()) + " of " +
+               fixed(double(triangles) / 1e6) + " million triangles drawn, " + gl.renderer() + ")",
            frame < 50);
     renderer.release();
 }

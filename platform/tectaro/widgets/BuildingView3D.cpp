@@ -37,6 +37,7 @@ BuildingView3D::BuildingView3D(TectaroHost& host, QWidget* parent) : QWidget(par
     m_preview = new PreviewWidget(m_scene, this);
     m_preview->setBackdrop(false); // building coordinates are the scene's; no wall plane
     m_preview->setMultisampling(false);
+    m_preview->setLevelsOfDetail(true);
     layout->addWidget(m_preview);
     connect(&host, &TectaroHost::projectChanged, this, &BuildingView3D::rebuild);
     connect(&host, &TectaroHost::elementsChanged, this, &BuildingView3D::updateElements);

@@ -42,6 +42,10 @@ public:
         update();
     }
 
+    // Coarser meshes for objects that cover few pixels (off by default); for views of whole
+    // buildings with many objects. Set before the widget is first shown.
+    void setLevelsOfDetail(bool on) { m_renderer.setLevelsOfDetail(on); }
+
     // Multisampled frames when the view rests (on by default); off, every frame is plain and
     // stays in the widget's framebuffer, so that objects added to the scene are drawn over
     // the last frame when nothing else changed. Set before the widget is first shown.

@@ -326,9 +326,7 @@ void SceneRenderer::release() {
         return;
     }
     for (auto& [key, mesh] : m_meshes) {
-        glDeleteVertexArrays(1, &mesh.vao);
-        glDeleteBuffers(1, &mesh.buffer);
-        glDeleteBuffers(1, &mesh.indexBuffer);
+        deleteMesh(mesh);
     }
     m_meshes.clear();
     glDeleteVertexArrays(1, &m_outsideVao);
@@ -383,7 +381,7 @@ SceneRenderer::Detail SceneRenderer::render(const ViewerScene& scene, const Orbi
         drawAroundWall(outline);
     }
     drawObjects(scene, 0, viewProjection, camera.eye(),
-                wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1));
+                wall ? QVector4D(-1, 0, 0, kWallTolerance) : QVector4D(0, 0, 0, 1), pixels);
     if (!wall) {
         m_drawn = Drawn{&scene,
                         scene.layoutRevision(),
@@ -414,14 +412,14 @@ bool SceneRenderer::renderAdditions(const ViewerScene& scene, const OrbitCamera&
     }
     glViewport(0, 0, pixels.width(), pixels.height());
     drawObjects(scene, static_cast<std::size_t>(first - objects.begin()), viewProjection,
-                camera.eye(), QVector4D(0, 0, 0, 1));
+                camera.eye(), QVector4D(0, 0, 0, 1), pixels);
     m_drawn->lastId = objects.back().id;
     return true;
 }
 
 void SceneRenderer::drawObjects(const ViewerScene& scene, std::size_t first,
                                 const QMatrix4x4& viewProjection, const QVector3D& eye,
-                                const QVector4D& clipPlane) {
+                                const QVector4D& clipPlane, const QSize& pixels) {
     // llvmpipe clips at every distance the shader writes, enabled or not: the plane itself
     // says whether anything goes.
     glEnable(GL_CLIP_DISTANCE0);
@@ -435,16 +433,17 @@ void SceneRenderer::drawObjects(const ViewerScene& scene, std::size_t first,
     m_program->setUniformValue("cameraPosition", eye);
     m_program->setUniformValue("clipPlane", clipPlane);
     updateBatches(scene, first);
-    drawBatches();
+    selectDraws(viewProjection, pixels);
+    drawAll();
     glDisable(GL_CLIP_DISTANCE0);
     m_program->release();
 }
 
-void SceneRenderer::drawBatches() {
-    for (const Batch& batch : m_batches) {
+void SceneRenderer::drawAll() {
+    for (const Draw& each : m_draws) {
         // A mirroring placement (a negative scale) turns the winding round.
-        glFrontFace(batch.mirrored ? GL_CW : GL_CCW);
-        drawBatch(batch);
+        glFrontFace(m_batches[each.batch].mirrored ? GL_CW : GL_CCW);
+        draw(each);
     }
     glFrontFace(GL_CCW);
 }
@@ -541,11 +540,11 @@ void SceneRenderer::updateBatches(const ViewerScene& scene, std::size_t first) {
     m_batchScene = &scene;
     m_batchRevision = scene.revision();
     m_batchFirst = first;
+    m_selection.reset();
     // Batches in the order their first object comes in the scene, instances in scene order:
     // where surfaces meet at the same depth, the same one wins as when drawn one by one.
     m_batches.clear();
     std::map<std::pair<const MeshData*, bool>, std::vector<std::size_t>> index;
-    std::vector<std::vector<float>> instances;
     for (auto it = scene.objects().begin() + std::ptrdiff_t(first); it != scene.objects().end();
          ++it) {
         const ViewerObject& object = *it;
@@ -572,34 +571,103 @@ void SceneRenderer::updateBatches(const ViewerScene& scene, std::size_t first) {
             }
             if (batch == m_batches.size()) {
                 candidates.push_back(batch);
-                m_batches.push_back({piece.mesh, look, mirrored, 0, 0});
-                instances.emplace_back();
+                m_batches.push_back({piece.mesh, look, mirrored, {}});
             }
-            std::vector<float>& values = instances[batch];
+            std::vector<float>& values = m_batches[batch].instances;
             values.insert(values.end(), model.constData(), model.constData() + 16);
             values.insert(values.end(), normalMatrix.constData(), normalMatrix.constData() + 9);
-            ++m_batches[batch].count;
         }
     }
-    std::vector<float> all;
+}
+
+void SceneRenderer::selectDraws(const QMatrix4x4& viewProjection, const QSize& pixels) {
+    if (m_selection && m_selection->viewProjection == viewProjection &&
+        m_selection->pixels == pixels) {
+        return;
+    }
+    m_selection = Selection{viewProjection, pixels};
+    // The frustum's planes, inside positive (Gribb and Hartmann).
+    const QVector4D x = viewProjection.row(0), y = viewProjection.row(1), z = viewProjection.row(2),
+                    w = viewProjection.row(3);
+    const QVector4D planes[] = {w + x, w - x, w + y, w - y, w + z, w - z};
+    // A length of 1 at a depth of 1 covers this many pixels; w is the depth.
+    const float pixelsAtUnitDepth = y.toVector3D().length() * float(pixels.height()) / 2;
+    m_draws.clear();
+    m_trianglesDrawn = 0;
+    std::vector<float> ordered;
     for (std::size_t b = 0; b < m_batches.size(); ++b) {
-        m_batches[b].firstInstance = static_cast<GLsizei>(all.size() / kInstanceFloats);
-        all.insert(all.end(), instances[b].begin(), instances[b].end());
+        const Batch& batch = m_batches[b];
+        GpuMesh& gpu = upload(batch.mesh);
+        const MeshLevels& unstretched = *levelSet(gpu, *batch.mesh, {-1, 0}).levels;
+        const QVector3D centre(unstretched.centre()[0], unstretched.centre()[1],
+                               unstretched.centre()[2]);
+        // Instances by stretch and level, each with its depth.
+        std::map<std::pair<Stretch, std::size_t>, std::vector<std::pair<float, std::size_t>>>
+            groups;
+        for (std::size_t i = 0; i < batch.instances.size() / kInstanceFloats; ++i) {
+            const float* m = batch.instances.data() + i * kInstanceFloats;
+            const QVector4D placed = QMatrix4x4(m).transposed().map(QVector4D(centre, 1));
+            // How long the mesh's unit axes come out.
+            const std::array<float, 3> scale{QVector3D(m[0], m[1], m[2]).length(),
+                                             QVector3D(m[4], m[5], m[6]).length(),
+                                             QVector3D(m[8], m[9], m[10]).length()};
+            const auto longest = std::max_element(scale.begin(), scale.end());
+            const float radius = unstretched.radius() * *longest;
+            const bool outside = std::any_of(std::begin(planes), std::end(planes), [&](auto& p) {
+                return QVector4D::dotProduct(p, placed) < -radius * p.toVector3D().length();
+            });
+            if (outside) {
+                continue;
+            }
+            const float nearest = QVector4D::dotProduct(w, placed) - radius;
+            Stretch stretch{-1, 0};
+            std::size_t level = 0;
+            if (m_levelsOfDetail && nearest > 0 && *longest > 0) {
+                // The levels made for the nearest power of two below the longest axis's
+                // stretch over the others', for the axes' lengths over those they were made for.
+                const int axis = static_cast<int>(longest - scale.begin());
+                const float others = std::max(scale[(axis + 1) % 3], scale[(axis + 2) % 3]);
+                const int power = others > 0 ? std::min(int(std::log2(*longest / others)), 6) : 6;
+                float factor = *longest;
+                if (power > 0) {
+                    stretch = {axis, power};
+                    factor = std::max(others, *longest / float(1 << power));
+                }
+                // Half a pixel where the object comes nearest, in the stretched mesh's units.
+                const MeshLevels& levels = *levelSet(gpu, *batch.mesh, stretch).levels;
+                level = levels.coarsestWithin(0.5f * nearest / (pixelsAtUnitDepth * factor));
+            }
+            groups[{stretch, level}].emplace_back(nearest, i);
+        }
+        for (auto& [key, instances] : groups) {
+            const MeshLevels& levels = *levelSet(gpu, *batch.mesh, key.first).levels;
+            m_trianglesDrawn += levels.levels()[key.second].indexCount / 3 * instances.size();
+            m_draws.push_back({b, key.first, key.second,
+                               static_cast<GLsizei>(ordered.size() / kInstanceFloats),
+                               static_cast<GLsizei>(instances.size())});
+            // Nearest first: what they hide is then not shaded.
+            std::sort(instances.begin(), instances.end());
+            for (const auto& [depth, i] : instances) {
+                const float* m = batch.instances.data() + i * kInstanceFloats;
+                ordered.insert(ordered.end(), m, m + kInstanceFloats);
+            }
+        }
     }
     glBindBuffer(GL_ARRAY_BUFFER, m_instanceBuffer);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(all.size() * sizeof(float)), all.data(),
-                 GL_STATIC_DRAW);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(ordered.size() * sizeof(float)),
+                 ordered.data(), GL_STREAM_DRAW);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
-void SceneRenderer::drawBatch(const Batch& batch) {
-    const GpuMesh& mesh = upload(batch.mesh);
+void SceneRenderer::draw(const Draw& draw) {
+    const Batch& batch = m_batches[draw.batch];
+    const LevelSet& levels = levelSet(upload(batch.mesh), *batch.mesh, draw.stretch);
     setMaterial(*m_program, batch.look);
-    glBindVertexArray(mesh.vao);
+    glBindVertexArray(levels.vao);
     glBindBuffer(GL_ARRAY_BUFFER, m_instanceBuffer);
     // The instance attributes point at this batch's run of the instance buffer.
     constexpr GLsizei stride = kInstanceFloats * sizeof(float);
-    const std::intptr_t first = std::intptr_t(batch.firstInstance) * stride;
+    const std::intptr_t first = std::intptr_t(draw.firstInstance) * stride;
     for (GLuint column = 0; column < 4; ++column) {
         glEnableVertexAttribArray(2 + column);
         glVertexAttribPointer(2 + column, 4, GL_FLOAT, GL_FALSE, stride,
@@ -613,41 +681,71 @@ void SceneRenderer::drawBatch(const Batch& batch) {
             reinterpret_cast<const void*>(first + (16 + column * 3) * sizeof(float)));
         glVertexAttribDivisor(6 + column, 1);
     }
-    glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, GL_UNSIGNED_INT, nullptr, batch.count);
+    const MeshLevels::Level& level = levels.levels->levels()[draw.level];
+    glDrawElementsInstanced(GL_TRIANGLES, static_cast<GLsizei>(level.indexCount), GL_UNSIGNED_INT,
+                            reinterpret_cast<const void*>(std::intptr_t(level.firstIndex) *
+                                                          std::intptr_t(sizeof(std::uint32_t))),
+                            draw.count);
     glBindVertexArray(0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
-const SceneRenderer::GpuMesh& SceneRenderer::upload(const std::shared_ptr<const MeshData>& mesh) {
+SceneRenderer::GpuMesh& SceneRenderer::upload(const std::shared_ptr<const MeshData>& mesh) {
     auto found = m_meshes.find(mesh.get());
     if (found != m_meshes.end()) {
         return found->second;
     }
     GpuMesh gpu;
     gpu.source = mesh;
-    gpu.indexCount = static_cast<GLsizei>(mesh->indices.size());
     const auto positionBytes = static_cast<GLsizeiptr>(mesh->positions.size() * sizeof(float));
     const auto normalBytes = static_cast<GLsizeiptr>(mesh->normals.size() * sizeof(float));
-    glGenVertexArrays(1, &gpu.vao);
-    glBindVertexArray(gpu.vao);
     glGenBuffers(1, &gpu.buffer);
     glBindBuffer(GL_ARRAY_BUFFER, gpu.buffer);
     glBufferData(GL_ARRAY_BUFFER, positionBytes + normalBytes, nullptr, GL_STATIC_DRAW);
     glBufferSubData(GL_ARRAY_BUFFER, 0, positionBytes, mesh->positions.data());
     glBufferSubData(GL_ARRAY_BUFFER, positionBytes, normalBytes, mesh->normals.data());
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    return m_meshes.emplace(mesh.get(), gpu).first->second;
+}
+
+const SceneRenderer::LevelSet& SceneRenderer::levelSet(GpuMesh& gpu, const MeshData& mesh,
+                                                       const Stretch& stretch) {
+    auto found = gpu.levelSets.find(stretch);
+    if (found != gpu.levelSets.end()) {
+        return found->second;
+    }
+    LevelSet set;
+    std::array<float, 3> factors{1, 1, 1};
+    if (stretch.first >= 0) {
+        factors[std::size_t(stretch.first)] = float(1 << stretch.second);
+    }
+    set.levels = std::make_shared<const MeshLevels>(mesh, m_levelsOfDetail, factors);
+    const auto positionBytes = static_cast<GLsizeiptr>(mesh.positions.size() * sizeof(float));
+    glGenVertexArrays(1, &set.vao);
+    glBindVertexArray(set.vao);
+    glBindBuffer(GL_ARRAY_BUFFER, gpu.buffer);
     glEnableVertexAttribArray(0);
     glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
     glEnableVertexAttribArray(1);
     glVertexAttribPointer(1, 3, GL_FLOAT, GL_FALSE, 0,
                           reinterpret_cast<const void*>(static_cast<std::intptr_t>(positionBytes)));
-    glGenBuffers(1, &gpu.indexBuffer);
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, gpu.indexBuffer);
+    glGenBuffers(1, &set.indexBuffer);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, set.indexBuffer);
+    const std::vector<std::uint32_t>& indices = set.levels->indices();
     glBufferData(GL_ELEMENT_ARRAY_BUFFER,
-                 static_cast<GLsizeiptr>(mesh->indices.size() * sizeof(std::uint32_t)),
-                 mesh->indices.data(), GL_STATIC_DRAW);
+                 static_cast<GLsizeiptr>(indices.size() * sizeof(std::uint32_t)), indices.data(),
+                 GL_STATIC_DRAW);
     glBindVertexArray(0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
-    return m_meshes.emplace(mesh.get(), gpu).first->second;
+    return gpu.levelSets.emplace(stretch, set).first->second;
+}
+
+void SceneRenderer::deleteMesh(GpuMesh& gpu) {
+    for (auto& [stretch, set] : gpu.levelSets) {
+        glDeleteVertexArrays(1, &set.vao);
+        glDeleteBuffers(1, &set.indexBuffer);
+    }
+    glDeleteBuffers(1, &gpu.buffer);
 }
 
 void SceneRenderer::dropStale() {
@@ -655,9 +753,7 @@ void SceneRenderer::dropStale() {
     // a new mesh at a reused address from drawing the old buffers.
     for (auto it = m_meshes.begin(); it != m_meshes.end();) {
         if (it->second.source.expired()) {
-            glDeleteVertexArrays(1, &it->second.vao);
-            glDeleteBuffers(1, &it->second.buffer);
-            glDeleteBuffers(1, &it->second.indexBuffer);
+            deleteMesh(it->second);
             it = m_meshes.erase(it);
         } else {
             ++it;

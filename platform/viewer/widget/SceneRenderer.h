@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/viewer/MeshLevels.h"
 #include "platform/viewer/OrbitCamera.h"
 #include "platform/viewer/ViewerScene.h"
 
@@ -54,42 +55,68 @@ public:
     // Whether the wall backdrop is drawn (on by default); a view of whole buildings turns it off.
     void setBackdrop(bool on) { m_backdrop = on; }
     bool backdrop() const { return m_backdrop; }
+    // Whether objects that cover few pixels are drawn from coarser levels of their meshes, none
+    // further than half a pixel from the mesh's own surface (off by default). Objects out of
+    // view are never drawn. Set before the first frame.
+    void setLevelsOfDetail(bool on) { m_levelsOfDetail = on; }
+    // How many triangles the last frame drew, for measuring.
+    std::size_t trianglesDrawn() const { return m_trianglesDrawn; }
 
     // The colours (sRGB) around and of the wall, for tests telling them from content.
     static QColor backgroundColor();
     static QColor wallColor();
 
 private:
+    // How a mesh is drawn stretched: along which of its axes (-1: none, or about evenly) and
+    // by which power of two. Objects stretched alike share their levels of detail.
+    using Stretch = std::pair<int, int>;
+    // A mesh's levels of detail for one stretch, over the mesh's vertex buffer.
+    struct LevelSet {
+        GLuint vao = 0;
+        GLuint indexBuffer = 0; // every level's triangles
+        std::shared_ptr<const MeshLevels> levels;
+    };
     struct GpuMesh {
         std::weak_ptr<const MeshData> source;
-        GLuint vao = 0;
-        GLuint buffer = 0;
-        GLuint indexBuffer = 0;
-        GLsizei indexCount = 0;
+        GLuint buffer = 0; // positions, then normals
+        // Unstretched levels always; only the finest without levels of detail.
+        std::map<Stretch, LevelSet> levelSets;
     };
 
-    // All objects of one mesh and look (and winding) of the scene, drawn in one call.
+    // All objects of one mesh and look (and winding) of the scene.
     struct Batch {
         std::shared_ptr<const MeshData> mesh;
         SurfaceLook look;
         bool mirrored = false;
-        GLsizei firstInstance = 0; // in the instance buffer
-        GLsizei count = 0;
+        std::vector<float> instances;
     };
     // Per instance: the model matrix (16 floats) and the normal matrix (9), column-major.
     static constexpr GLsizei kInstanceFloats = 25;
+    // The objects of one batch seen at one level of detail, drawn in one call.
+    struct Draw {
+        std::size_t batch = 0;
+        Stretch stretch;
+        std::size_t level = 0;
+        GLsizei firstInstance = 0; // in the instance buffer
+        GLsizei count = 0;
+    };
 
-    const GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
+    GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
+    const LevelSet& levelSet(GpuMesh& gpu, const MeshData& mesh, const Stretch& stretch);
+    void deleteMesh(GpuMesh& gpu);
     void dropStale();
-    // Groups the scene's objects from index `first` on into batches and uploads their
-    // matrices, when the scene has changed since the last frame.
+    // Groups the scene's objects from index `first` on into batches, when the scene has
+    // changed since the last frame.
     void updateBatches(const ViewerScene& scene, std::size_t first);
+    // Picks the batches' instances in view and their levels of detail, and uploads their
+    // matrices in that order, when the batches or the view have changed.
+    void selectDraws(const QMatrix4x4& viewProjection, const QSize& pixels);
     // Draws the objects from index `first` on with the shaded program, parts beyond
     // `clipPlane` cut away.
     void drawObjects(const ViewerScene& scene, std::size_t first, const QMatrix4x4& viewProjection,
-                     const QVector3D& eye, const QVector4D& clipPlane);
-    void drawBatches();
-    void drawBatch(const Batch& batch);
+                     const QVector3D& eye, const QVector4D& clipPlane, const QSize& pixels);
+    void drawAll();
+    void draw(const Draw& draw);
     // The wall's square (x = 0, y and z from -1 to 1) placed behind the scene's bounds; none
     // when the scene is empty or the camera is behind the wall.
     static std::optional<QMatrix4x4> wallTransform(const Box3& bounds, const OrbitCamera& camera);
@@ -100,6 +127,7 @@ private:
 
     bool m_initialized = false;
     bool m_backdrop = true;
+    bool m_levelsOfDetail = false;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     std::unique_ptr<QOpenGLShaderProgram> m_flatProgram;
     std::map<const MeshData*, GpuMesh> m_meshes;
@@ -110,6 +138,14 @@ private:
     const ViewerScene* m_batchScene = nullptr;
     std::uint64_t m_batchRevision = 0;
     std::size_t m_batchFirst = 0;
+    std::vector<Draw> m_draws;
+    std::size_t m_trianglesDrawn = 0;
+    // The view the draws were selected for; none when the batches have changed since.
+    struct Selection {
+        QMatrix4x4 viewProjection;
+        QSize pixels;
+    };
+    std::optional<Selection> m_selection;
     // What the last frame showed, for renderAdditions().
     struct Drawn {
         const ViewerScene* scene = nullptr;

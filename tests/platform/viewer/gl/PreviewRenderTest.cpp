@@ -223,5 +223,66 @@ TEST_F(Render, ResolvingOnlyTheDetailGivesTheWholePictureAndMovingFramesArePlain
     EXPECT_GE(blendedAtWallEdge(), 1);
 }
 
+// A host's view of many downpipes: from afar their parts are drawn from coarser meshes, and the
+// picture stays the one the full meshes give, bar pixels along edges (a pipe seen 7 pixels wide
+// may lose half a pixel on either side); zoomed in, what lies outside is left out and nothing
+// inside goes missing.
+TEST_F(Render, LevelsOfDetailDrawFewerTrianglesAndTheSamePicture) {
+    ViewerScene many;
+    for (int row = 0; row < 8; ++row) {
+        for (const Assembly& assembly : kAllAssemblies) {
+            ViewerScene composed;
+            composeAssembly(composed, assembly, PLUVARINE_WORKFOLDER "/mat/Kupfer.ini");
+            const Matrix4d offset =
+                Matrix4d::translation(0.7 * double(&assembly - kAllAssemblies), 1.5 * row, 0);
+            for (const ViewerObject& object : composed.objects()) {
+                for (std::size_t i = 0; object.drawn() && i < object.part->pieces.size(); ++i) {
+                    many.addMesh(object.part->pieces[i].mesh, offset * object.transform,
+                                 object.look(i));
+                }
+            }
+        }
+    }
+    const QSize size(800, 500);
+    OrbitCamera far;
+    far.reset(many.bounds(), 1.6f);
+    OrbitCamera close = far;
+    close.zoom(8);
+    m_widget.makeCurrent();
+    QOpenGLFramebufferObject target(size, QOpenGLFramebufferObject::Depth);
+    const auto draw = [&](const OrbitCamera& camera, bool levels, std::size_t& triangles) {
+        SceneRenderer renderer;
+        renderer.setBackdrop(false);
+        renderer.setLevelsOfDetail(levels);
+        target.bind();
+        renderer.render(many, camera, size);
+        triangles = renderer.trianglesDrawn();
+        renderer.release();
+        return target.toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const std::tuple<OrbitCamera, const char*, int> views[] = {{far, "far", 10},
+                                                               {close, "close", 50}};
+    for (const auto& [camera, name, share] : views) {
+        std::size_t full = 0, coarse = 0;
+        const QImage expected = draw(camera, false, full);
+        const QImage shown = draw(camera, true, coarse);
+        shown.save(QString::fromStdString(kScreenshots + "levels-" + name + ".png"));
+        int content = 0, differing = 0;
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                content += near(expected.pixel(x, y), SceneRenderer::backgroundColor()) ? 0 : 1;
+                const QRgb a = expected.pixel(x, y), b = shown.pixel(x, y);
+                differing += std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                       std::abs(qBlue(a) - qBlue(b))}) > 24;
+            }
+        }
+        SCOPED_TRACE(name);
+        EXPECT_LT(coarse * 3, full);
+        EXPECT_GT(content, 10000);
+        EXPECT_LT(differing, content / share);
+    }
+    m_widget.doneCurrent();
+}
+
 } // namespace
 } // namespace pluvarine::test
