@@ -113,7 +113,7 @@ class PartsListTest(unittest.TestCase):
     def tearDown(self):
         FreeCAD.closeDocument(self.doc.Name)
 
-    def test_the_sheet_lists_every_downpipes_rows_in_order(self):
+    def test_the_sheet_lists_every_downpipes_rows_in_order_and_adds_new_ones_below(self):
         from pluvarine_freecad import partslist
 
         self.doc = FreeCAD.newDocument("Parts")
@@ -128,9 +128,19 @@ class PartsListTest(unittest.TestCase):
                                                   scene_extras=data))
             pipes.append(downpipe.create(self.doc, content, "/o/ %d.tob" % n, "Downpipe %d" % n))
             partslist.keep(pipes[-1], content.scene_extras)
+        pipes.append(downpipe.create(self.doc, content, "/o/ 3.tob", "Downpipe 3"))
+        partslist.keep(pipes[-1], extras)
+        cells = ("A2", "B2", "C2", "H2", "I2", "A3", "H3", "A4", "B5")
+        listing = ["Downpipe 1", "pipe", "Rohr_100_500.v3o", 1, 2813, "Downpipe 1", 3,
+                   "Downpipe 3", "clamp"]
+        # Written whole for two downpipes, then the third's rows added below theirs.
+        partslist.update(self.doc, pipes[:2])
         sheet = partslist.update(self.doc, pipes)
-        self.assertEqual([sheet.get(c) for c in ("A2", "B2", "C2", "H2", "I2", "A3", "H3")],
-                         ["Downpipe 1", "pipe", "Rohr_100_500.v3o", 1, 2813, "Downpipe 1", 3])
+        self.assertEqual([sheet.get(c) for c in cells], listing)
+        self.assertRaises(ValueError, sheet.get, "A6")
+        # Without the first one, the sheet is written anew.
+        sheet = partslist.update(self.doc, pipes[1:])
+        self.assertEqual([sheet.get(c) for c in ("A2", "A3")], ["Downpipe 3", "Downpipe 3"])
         self.assertRaises(ValueError, sheet.get, "A4")
 
 

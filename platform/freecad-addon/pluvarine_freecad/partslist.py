@@ -1,4 +1,7 @@
-"""The parts list of the document's downpipes as one spreadsheet, rewritten at each insertion.
+"""The parts list of the document's downpipes as one spreadsheet, brought up to date at each
+insertion: a new downpipe's rows are added below the others, and the sheet is written anew only
+when it no longer lists the other downpipes as they are (one deleted, say), so that an insertion
+into a project of hundreds of downpipes costs what the first one did.
 
 Each object file carries its downpipe's parts list as flat scene extras
 ("pluvarine.partsList.count", "pluvarine.partsList.<row>.<key>"); the downpipe object keeps
@@ -36,21 +39,31 @@ def _column(index):
 
 
 def update(doc, downpipes):
-    """Rewrites the sheet from the downpipes; no sheet while none of them has a parts list."""
-    listed = [(d.Label, json.loads(d.PartsList)) for d in downpipes
-              if "PartsList" in d.PropertiesList and d.PartsList]
-    if not any(r for _, r in listed):
-        return None
-    sheet = doc.getObject(SHEET) or doc.addObject("Spreadsheet::Sheet", SHEET)
-    sheet.Label = "Parts list"
-    sheet.clearAll()
-    sheet.set("A1", "Downpipe")
-    for c, (_, title) in enumerate(COLUMNS, start=1):
-        sheet.set(_column(c) + "1", title)
-    line = 2
-    for label, parts in listed:
-        for part in parts:
-            sheet.set("A%d" % line, label)
+    """Lists the downpipes' rows; no sheet while none of them has a parts list."""
+    listed = [d for d in downpipes if "PartsList" in d.PropertiesList and d.PartsList]
+    names = [d.Name for d in listed]
+    sheet = doc.getObject(SHEET)
+    done = list(sheet.Listed) if sheet is not None and "Listed" in sheet.PropertiesList else None
+    if done is None or done != names[:len(done)]:
+        if not any(json.loads(d.PartsList) for d in listed):
+            return None
+        sheet = sheet or doc.addObject("Spreadsheet::Sheet", SHEET)
+        sheet.Label = "Parts list"
+        sheet.clearAll()  # also takes the sheet's own properties below
+        sheet.set("A1", "Downpipe")
+        for c, (_, title) in enumerate(COLUMNS, start=1):
+            sheet.set(_column(c) + "1", title)
+        sheet.addProperty("App::PropertyStringList", "Listed", "Pluvarine",
+                          "The downpipes the sheet lists, in order")
+        sheet.addProperty("App::PropertyInteger", "NextRow", "Pluvarine",
+                          "The first row below the list")
+        for name in ("Listed", "NextRow"):
+            sheet.setEditorMode(name, 2)
+        done, sheet.NextRow = [], 2
+    line = sheet.NextRow
+    for d in listed[len(done):]:
+        for part in json.loads(d.PartsList):
+            sheet.set("A%d" % line, d.Label)
             for c, (key, _) in enumerate(COLUMNS, start=1):
                 value = part.get(key)
                 if value is not None:
@@ -58,5 +71,6 @@ def update(doc, downpipes):
                     sheet.set("%s%d" % (_column(c), line),
                               str(value) if isinstance(value, (int, float)) else "'" + str(value))
             line += 1
+    sheet.Listed, sheet.NextRow = names, line
     doc.recompute()
     return sheet
