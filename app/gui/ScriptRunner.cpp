@@ -118,8 +118,13 @@ ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_
         for (PreviewWidget* view :
              top ? top->findChildren<PreviewWidget*>() : QList<PreviewWidget*>()) {
             m_firstFrames.emplace_back(view);
-            connect(view, &PreviewWidget::framePresented, this,
-                    [this, view] { std::erase(m_firstFrames, QPointer<PreviewWidget>(view)); });
+            connect(view, &PreviewWidget::framePresented, this, [this, view] {
+                // A step waiting for this first frame goes now, not at the next poll.
+                if (std::erase(m_firstFrames, QPointer<PreviewWidget>(view)) > 0 &&
+                    m_timer.isActive()) {
+                    QTimer::singleShot(0, this, &ScriptRunner::tick);
+                }
+            });
         }
     }
 }
