@@ -3,6 +3,7 @@
 #include "RecordedMessages.h"
 #include "ScriptedHost.h"
 #include "Session.h"
+#include "platform/viewer/widget/PreviewWidget.h"
 #include "store/ProjectArchive.h"
 
 #include <QAbstractButton>
@@ -15,7 +16,6 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QOpenGLWidget>
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -115,11 +115,16 @@ ScriptRunner::ScriptRunner(Session& session, const std::string& scriptFile) : m_
     connect(&m_timer, &QTimer::timeout, this, &ScriptRunner::tick);
     for (QWidget* top : {m_session.scriptedHost().localWindow(),
                          static_cast<QWidget*>(&m_session.windows().main())}) {
-        for (QOpenGLWidget* view :
-             top ? top->findChildren<QOpenGLWidget*>() : QList<QOpenGLWidget*>()) {
+        for (PreviewWidget* view :
+             top ? top->findChildren<PreviewWidget*>() : QList<PreviewWidget*>()) {
             m_firstFrames.emplace_back(view);
-            connect(view, &QOpenGLWidget::frameSwapped, this,
-                    [this, view] { std::erase(m_firstFrames, QPointer<QOpenGLWidget>(view)); });
+            connect(view, &PreviewWidget::framePresented, this, [this, view] {
+                // A step waiting for this first frame goes now, not at the next poll.
+                if (std::erase(m_firstFrames, QPointer<PreviewWidget>(view)) > 0 &&
+                    m_timer.isActive()) {
+                    QTimer::singleShot(0, this, &ScriptRunner::tick);
+                }
+            });
         }
     }
 }
@@ -134,7 +139,7 @@ bool ScriptRunner::settled() const {
     // place while an archive is written between its files.
     const bool framesShown =
         std::none_of(m_firstFrames.begin(), m_firstFrames.end(),
-                     [](const QPointer<QOpenGLWidget>& view) { return view && view->isVisible(); });
+                     [](const QPointer<PreviewWidget>& view) { return view && view->isVisible(); });
     return now() >= m_waitUntil && framesShown && !archiveOperationRunning() &&
            !m_session.windows().main().isTimer1Enabled() && !m_session.scriptedHost().busy();
 }

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-class QOpenGLWidget;
 class QWidget;
 
 namespace pluvarine {
 
+class PreviewWidget;
 class Session;
 
 // Drives a session from a JSON script, one step at a time, the way a user would: clicks in the
@@ -60,7 +60,7 @@ private:
     qint64 m_waitUntil = 0; // a "wait" step: no step before this time (ms since epoch)
     qint64 m_stepStarted = 0;
     int m_exitCode = 0;
-    std::vector<QPointer<QOpenGLWidget>> m_firstFrames; // 3D views that have not shown a frame
+    std::vector<QPointer<PreviewWidget>> m_firstFrames; // 3D views that have not shown a frame
 };
 
 } // namespace pluvarine

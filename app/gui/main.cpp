@@ -13,8 +13,6 @@
 int main(int argc, char** argv) {
     using namespace pluvarine;
     LaunchOptions::applyLanguage(argc, argv);
-    // The host's 3D view and the macro's preview share one set of GL resources.
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Pluvarine"));
     QApplication::setApplicationVersion(QStringLiteral("0.1.0"));

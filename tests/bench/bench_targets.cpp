@@ -305,13 +305,13 @@ void archive(const fs::path& folder) {
 }
 
 // 5. The resting (multisampled) frame of the preview widget at its real size, from update()
-// until the frame has been swapped onto the screen.
+// until the frame has been handed to the screen.
 void previewFrame() {
     DefaultAssembly assembly;
     PreviewWidget preview(assembly.scene);
     preview.resize(257, 449);
     int swapped = 0;
-    QObject::connect(&preview, &QOpenGLWidget::frameSwapped, [&swapped] { ++swapped; });
+    QObject::connect(&preview, &PreviewWidget::framePresented, [&swapped] { ++swapped; });
     preview.show();
     const auto waitForFrame = [&](int count) {
         QElapsedTimer clock;

@@ -14,15 +14,22 @@ HelpWindow::HelpWindow(QWidget* parent) : QWidget(parent, Qt::Window) {
     resize(780, 600);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+}
+
+QTextBrowser* HelpWindow::madeBrowser() {
+    if (m_browser) {
+        return m_browser;
+    }
     m_browser = new QTextBrowser(this);
     m_browser->setObjectName(QStringLiteral("helpBrowser"));
     m_browser->setOpenExternalLinks(true);
-    layout->addWidget(m_browser);
+    layout()->addWidget(m_browser);
     connect(m_browser, &QTextBrowser::sourceChanged, this, [this](const QUrl& url) {
         m_shownPage = url.toLocalFile();
         const QString title = m_browser->documentTitle();
         setWindowTitle(title.isEmpty() ? tr("Help") : title);
     });
+    return m_browser;
 }
 
 void HelpWindow::HtmlHelp(const std::string& fileAndTopic) {
@@ -64,6 +71,7 @@ void HelpWindow::HtmlHelp(const std::string& fileAndTopic) {
     // A problem text replaces the document but not the browser's address: the page shown before
     // it must be loaded again, not taken as already on screen.
     const QUrl url = QUrl::fromLocalFile(QFileInfo(page).absoluteFilePath());
+    madeBrowser();
     if (m_browser->source() == url) {
         m_browser->reload();
     } else {
@@ -79,7 +87,7 @@ void HelpWindow::HtmlHelp(const std::string& fileAndTopic) {
 
 void HelpWindow::showProblem(const QString& title, const QString& text) {
     m_shownPage.clear();
-    m_browser->setHtml(
+    madeBrowser()->setHtml(
         QStringLiteral("<h2>%1</h2><p>%2</p>").arg(title.toHtmlEscaped(), text.toHtmlEscaped()));
     setWindowTitle(title);
     show();

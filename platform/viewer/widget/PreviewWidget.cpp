@@ -1,21 +1,20 @@
 #include "platform/viewer/widget/PreviewWidget.h"
 
+#include "platform/viewer/widget/ViewContext.h"
+
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMouseEvent>
-#include <QOpenGLContext>
-#include <QSurfaceFormat>
+#include <QOpenGLFunctions>
+#include <QPainter>
 #include <QWheelEvent>
 
 namespace pluvarine {
 
 PreviewWidget::PreviewWidget(ViewerScene& scene, QWidget* parent)
-    : QOpenGLWidget(parent), m_scene(scene) {
-    QSurfaceFormat format;
-    format.setVersion(3, 3);
-    format.setProfile(QSurfaceFormat::CoreProfile);
-    format.setDepthBufferSize(24);
-    setFormat(format); // single-sampled: the multisampled frames go through m_multisampled
+    : QWidget(parent), m_scene(scene) {
+    // Each frame covers the whole widget.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(64, 64);
     setFocusPolicy(Qt::StrongFocus);
     m_observer = m_scene.addObserver([this](SceneChange change) {
@@ -34,10 +33,6 @@ PreviewWidget::PreviewWidget(ViewerScene& scene, QWidget* parent)
 PreviewWidget::~PreviewWidget() {
     m_scene.removeObserver(m_observer);
     m_scene.setSaveDialog({});
-    if (context()) {
-        // The base class destroys the context after this destructor: no slot of ours then.
-        disconnect(context(), nullptr, this, nullptr);
-    }
     releaseGl();
 }
 
@@ -68,22 +63,77 @@ std::string PreviewWidget::askSavePath(const std::string& objectName) {
     return path.toStdString();
 }
 
-void PreviewWidget::initializeGL() {
-    m_renderer.initialize();
-    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &PreviewWidget::releaseGl,
-            Qt::DirectConnection);
+QImage PreviewWidget::grabFramebuffer() {
+    renderFrame();
+    return m_image;
 }
 
-void PreviewWidget::resizeGL(int, int) {
+void PreviewWidget::makeCurrent() {
+    if (!m_context) {
+        m_context = ViewContext::acquire();
+    }
+    if (m_context) {
+        m_context->makeCurrent();
+    }
+}
+
+void PreviewWidget::doneCurrent() {
+    if (m_context) {
+        m_context->doneCurrent();
+    }
+}
+
+void PreviewWidget::paintEvent(QPaintEvent*) {
+    renderFrame();
+    QPainter painter(this);
+    if (m_image.isNull()) {
+        painter.fillRect(rect(), SceneRenderer::backgroundColor());
+    } else {
+        painter.drawImage(QPoint(), m_image);
+    }
+    // The window flushes what was painted before a queued call runs.
+    QMetaObject::invokeMethod(this, &PreviewWidget::framePresented, Qt::QueuedConnection);
+}
+
+void PreviewWidget::resizeEvent(QResizeEvent*) {
     if (m_followFit) {
         m_camera.fit(m_scene.bounds(), aspect());
     }
 }
 
-void PreviewWidget::paintGL() {
+void PreviewWidget::renderFrame() {
     const QSize pixels = size() * devicePixelRatio();
+    makeCurrent();
+    if (!m_context || pixels.isEmpty()) {
+        m_image = QImage();
+        return;
+    }
+    if (!m_frame || m_frame->size() != pixels) {
+        // With its depth: objects added to the scene are drawn over the last frame.
+        m_frame =
+            std::make_unique<QOpenGLFramebufferObject>(pixels, QOpenGLFramebufferObject::Depth);
+    }
+    m_frame->bind();
+    paintGL(pixels);
+    if (m_image.size() != pixels) {
+        m_image = QImage(pixels, QImage::Format_RGB32);
+    }
+    m_image.setDevicePixelRatio(devicePixelRatio());
+    // BGRA bytes are Format_RGB32's pixels; rows come bottom up.
+    static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "BGRA bytes are RGB32 pixels on little endian");
+    m_frame->bind();
+    QOpenGLFunctions* gl = QOpenGLContext::currentContext()->functions();
+    gl->glPixelStorei(GL_PACK_ALIGNMENT, 4);
+    gl->glReadPixels(0, 0, pixels.width(), pixels.height(), GL_BGRA, GL_UNSIGNED_BYTE,
+                     m_image.bits());
+    m_image.mirror();
+    QOpenGLFramebufferObject::bindDefault();
+    doneCurrent();
+}
+
+void PreviewWidget::paintGL(const QSize& pixels) {
     if (!m_multisampling) {
-        // The frame stays in the widget's framebuffer: an insertion draws only what it added.
+        // The frame stays in m_frame: an insertion draws only what it added.
         if (!m_renderer.renderAdditions(m_scene, m_camera, pixels)) {
             m_renderer.render(m_scene, m_camera, pixels);
         }
@@ -101,7 +151,7 @@ void PreviewWidget::paintGL() {
     }
     m_multisampled->bind();
     const SceneRenderer::Detail detail = m_renderer.render(m_scene, m_camera, pixels);
-    m_renderer.resolve(detail, m_multisampled->handle(), defaultFramebufferObject(), pixels);
+    m_renderer.resolve(detail, m_multisampled->handle(), m_frame->handle(), pixels);
 }
 
 void PreviewWidget::startMoving() {
@@ -111,12 +161,13 @@ void PreviewWidget::startMoving() {
 }
 
 void PreviewWidget::releaseGl() {
-    if (!context()) {
+    if (!m_context) {
         return;
     }
     makeCurrent();
     m_renderer.release();
     m_multisampled.reset();
+    m_frame.reset();
     doneCurrent();
 }
 

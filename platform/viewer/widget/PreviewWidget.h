@@ -4,13 +4,16 @@
 #include "platform/viewer/ViewerScene.h"
 #include "platform/viewer/widget/SceneRenderer.h"
 
+#include <QImage>
 #include <QOpenGLFramebufferObject>
-#include <QOpenGLWidget>
 #include <QPoint>
 #include <QTimer>
+#include <QWidget>
 #include <memory>
 
 namespace pluvarine {
+
+class ViewContext;
 
 // The 3D preview of a ViewerScene (the main window's `Player`). Left drag orbits, right or
 // middle drag pans, the wheel zooms, a double click shows the whole assembly from the default
@@ -19,7 +22,12 @@ namespace pluvarine {
 // (about a third of the time under llvmpipe), and one multisampled frame follows once the view
 // has rested for kSettleMs. It installs its own save dialog on the scene (SaveScene with an
 // empty path) and removes it again when destroyed. The scene must outlive the widget.
-class PreviewWidget : public QOpenGLWidget {
+//
+// Every paint event draws a frame, as a QOpenGLWidget's would, but into a framebuffer of the one
+// OpenGL context all previews share (ViewContext), and the widget paints the frame's pixels: the
+// window stays a plain raster window, so a window with a preview costs no GL context, compositor
+// or buffer swap of its own, and GL work starts with the first frame a preview actually draws.
+class PreviewWidget : public QWidget {
     Q_OBJECT
 public:
     explicit PreviewWidget(ViewerScene& scene, QWidget* parent = nullptr);
@@ -51,7 +59,6 @@ public:
     // the last frame when nothing else changed. Set before the widget is first shown.
     void setMultisampling(bool on) {
         m_multisampling = on;
-        setUpdateBehavior(on ? NoPartialUpdate : PartialUpdate);
         update();
     }
 
@@ -65,10 +72,20 @@ public:
     // True from a drag or wheel step until the view has rested for kSettleMs.
     bool moving() const { return m_settle.isActive(); }
 
+    // Draws a frame, as a paint event would, and returns it.
+    QImage grabFramebuffer();
+    // The shared context, current (created on first use), for drawing beside the widget.
+    void makeCurrent();
+    void doneCurrent();
+
+signals:
+    // A frame has been drawn and handed to the window system (queued after the paint event,
+    // whose flush to the screen comes first).
+    void framePresented();
+
 protected:
-    void initializeGL() override;
-    void resizeGL(int width, int height) override;
-    void paintGL() override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -76,6 +93,9 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    // Renders into m_frame and reads it back into m_image.
+    void renderFrame();
+    void paintGL(const QSize& pixels);
     float aspect() const;
     void releaseGl();
     void startMoving();
@@ -88,8 +108,11 @@ private:
     bool m_multisampling = true;
     QPoint m_lastMouse;
     Qt::MouseButton m_dragButton = Qt::NoButton;
-    QTimer m_settle; // runs while the view moves
+    QTimer m_settle;                                   // runs while the view moves
+    std::shared_ptr<ViewContext> m_context;            // from the first frame on
+    std::unique_ptr<QOpenGLFramebufferObject> m_frame; // the frame, kept for the next one
     std::unique_ptr<QOpenGLFramebufferObject> m_multisampled;
+    QImage m_image; // m_frame's pixels, as painted
 };
 
 } // namespace pluvarine
