@@ -42,6 +42,17 @@ def metres(mm):
     return float(mm) / 1000.0
 
 
+class PendingElement:
+    """An element made from a loaded object file. It joins the document, placed, when it is
+    committed: FreeCAD redraws its whole 3D view after every change to it, and a document of
+    hundreds of downpipes then pays one redraw per insertion instead of one per request."""
+
+    def __init__(self, doc, path, content):
+        self.doc, self.path, self.content = doc, path, content
+        self.matrix = None
+        self.obj = None
+
+
 def find_building(doc):
     for obj in doc.Objects:
         if getattr(obj, "IfcType", None) == "Building":
@@ -304,27 +315,33 @@ class Host(QtCore.QObject):
     # object template and element
     def op_template_CreateElement(self, template, args):
         path, content = template
-        obj = downpipe.create(self._doc(), content, path, downpipe.label_for(path))
-        partslist.keep(obj, content.scene_extras)
-        return self._new_handle("element", obj)
+        return self._new_handle("element", PendingElement(self._doc(), path, content))
 
-    def op_element_PrepareElement(self, obj, args):
+    def op_element_PrepareElement(self, element, args):
         return None
 
-    def op_element_SetElementMatrix(self, obj, args):
+    def op_element_SetElementMatrix(self, element, args):
         matrix = args["matrix"]
         if not isinstance(matrix, list) or len(matrix) != 16:
             raise ValueError("a matrix needs 16 numbers")
-        downpipe.set_matrix(obj, matrix)
+        element.matrix = matrix
+        if element.obj is not None:
+            downpipe.set_matrix(element.obj, matrix)
         return 0
 
-    def op_element_CommitElement(self, obj, args):
-        building = find_building(obj.Document)
-        if building is not None and obj not in building.Group:
-            building.addObject(obj)
-        partslist.update(obj.Document, [o for o in obj.Document.Objects
-                                        if downpipe.is_downpipe(o)])
-        obj.Document.recompute()
+    def op_element_CommitElement(self, element, args):
+        doc = element.doc
+        if element.obj is None:
+            element.obj = downpipe.create(doc, element.content, element.path,
+                                          downpipe.label_for(element.path))
+            partslist.keep(element.obj, element.content.scene_extras)
+            if element.matrix is not None:
+                downpipe.set_matrix(element.obj, element.matrix)
+        building = find_building(doc)
+        if building is not None and element.obj not in building.Group:
+            building.addObject(element.obj)
+        partslist.update(doc, [o for o in doc.Objects if downpipe.is_downpipe(o)])
+        doc.recompute()
         return 0
 
     # ---- clicks ----
