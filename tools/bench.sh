@@ -8,3 +8,9 @@ for b in "$build"/tests/bench/bench_*; do
   echo "== $(basename "$b")"
   xvfb-run -a -s "-screen 0 1600x1200x24" "$b" --benchmark_counters_tabular=true
 done
+# The same insertions into a real FreeCAD, when it is installed.
+if command -v freecad >/dev/null 2>&1; then
+  echo "== freecad_insertions"
+  xvfb-run -a -s "-screen 0 1600x1200x24" python3 "$(dirname "$0")/../tests/bench/freecad_insertions.py" \
+    "$build/app/pluvarine" "$(dirname "$0")/.." "$build/freecad-bench"
+fi

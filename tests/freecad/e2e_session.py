@@ -74,7 +74,7 @@ def stand_in(folder):
     check(code == 0, "the stand-in session ends with 0, not %s" % code)
 
 
-def freecad(folder):
+def freecad(folder, make_script=script):
     os.makedirs(folder)
     home = os.path.join(folder, "home")
     mods = os.path.join(home, ".local", "share", "FreeCAD", "Mod")
@@ -99,7 +99,7 @@ def freecad(folder):
         check(os.path.exists(ready), "FreeCAD opens the sample house (see freecad.log)")
         if failures:
             return
-        steps = script(folder, os.path.join(folder, "house.FCStd"))
+        steps = make_script(folder, os.path.join(folder, "house.FCStd"))
         code = run_macro(folder, ["--host-socket", sock, "--script", steps], 400)
         check(code == 0, "the FreeCAD session ends with 0, not %s (see stderr.txt)" % code)
         try:
@@ -172,4 +172,5 @@ def main():
     sys.exit(1 if failures else 0)
 
 
-main()
+if __name__ == "__main__":
+    main()
