@@ -9,17 +9,17 @@
 namespace pluvarine::e2e {
 namespace {
 
+using namespace std::string_literals;
+
 // The four sides of the sample house: where to pick and the plan axis along the wall (0 = x).
 struct Side {
     const char* name;
     double x, y;
     std::size_t along;
 };
-
-constexpr Side kSouth{"south", 5, -0.1, 0};
-constexpr Side kEast{"east", 10.1, 4, 1};
-constexpr Side kNorth{"north", 5, 8.1, 0};
-constexpr Side kWest{"west", -0.1, 4, 1};
+constexpr Side kSides[] = {
+    {"south", 5, -0.1, 0}, {"east", 10.1, 4, 1}, {"north", 5, 8.1, 0}, {"west", -0.1, 4, 1}};
+constexpr const Side &kSouth = kSides[0], &kEast = kSides[1];
 
 // The rebuild's constructions as the state reports them.
 enum Construction { None = 0, Continuous = 1, Bend42 = 2, Bend72 = 3, Kink42 = 4, Kink72 = 5 };
@@ -45,14 +45,12 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject)
     snapshot("east");
     button("Command4");
     // North, 300 mm: bends of 42 degrees whatever is selected; west, 600 mm: the chosen angle.
-    for (const Side* side : {&kNorth, &kWest}) {
+    for (const Side& side : {kSides[2], kSides[3]}) {
         add({{"do", "macroButton"}});
-        click(side->x, side->y);
+        click(side.x, side.y);
         button("O72");
-        snapshot(side->name);
-        add({{"do", "screenshot"},
-             {"window", "frmMain"},
-             {"file", path(side->name + std::string(".png"))}});
+        snapshot(side.name);
+        add({{"do", "screenshot"}, {"window", "frmMain"}, {"file", path(side.name + ".png"s)}});
         button("Command4");
     }
     add({{"do", "saveProject"}, {"path", path("house.tproj")}});
@@ -81,14 +79,14 @@ TEST_F(E2e, EachSideGetsItsConstructionAndItsDownpipeWhichTravelsWithTheProject)
     const Json saved = state("saved");
     const Json& elements = saved["host"]["elements"];
     ASSERT_EQ(elements.size(), 4U);
-    const Side* sides[] = {&kSouth, &kEast, &kNorth, &kWest};
     // Each stands along its wall where it was picked (how it stands on the wall:
     // PlacementTest).
     for (std::size_t i = 0; i < 4; ++i) {
+        const Side& side = kSides[i];
         EXPECT_EQ(elements[i]["name"], " " + std::to_string(i + 1) + ".tob");
-        EXPECT_NEAR(elements[i]["plan"][sides[i]->along].get<double>(),
-                    sides[i]->along == 0 ? sides[i]->x : sides[i]->y, 0.01)
-            << sides[i]->name;
+        EXPECT_NEAR(elements[i]["plan"][side.along].get<double>(),
+                    side.along == 0 ? side.x : side.y, 0.01)
+            << side.name;
     }
     EXPECT_FALSE(saved["macro"]["mainWindowVisible"]);
     EXPECT_TRUE(saved["host"]["button"]["enabled"]);

@@ -1,58 +1,47 @@
 // The program installed into a prefix of its own and started from there with the build and
 // source trees out of sight, as on a user's machine.
 
-#include "../support/FileBytes.h"
+#include "ScriptedSession.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gmock/gmock.h>
 #include <iostream>
-#include <nlohmann/json.hpp>
-#include <string>
-#include <sys/wait.h>
 
+namespace pluvarine::e2e {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::json;
-using pluvarine::test::readFile;
 using ::testing::HasSubstr;
 
-int shell(const std::string& command) {
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-class InstalledProgram : public ::testing::Test {
+// A session folder outside the build tree, with the program installed below it.
+class InstalledProgram : public E2e {
 protected:
     void SetUp() override {
-        if (std::getenv("DISPLAY") == nullptr) {
-            GTEST_SKIP() << "needs a display: run under xvfb-run";
+        E2e::SetUp();
+        if (IsSkipped()) {
+            return;
         }
         std::string dir = (fs::temp_directory_path() / "pluvarine-install-XXXXXX").string();
         ASSERT_NE(::mkdtemp(dir.data()), nullptr);
-        m_dir = dir;
+        m_dir = m_tempDir = dir;
         ASSERT_EQ(shell("cmake --install '" PLUVARINE_BINARY_DIR "' --prefix '" + prefix() +
-                        "' >'" + (m_dir / "install.log").string() + "' 2>&1"),
+                        "' >'" + path("install.log") + "' 2>&1"),
                   0)
-            << readFile(m_dir / "install.log");
+            << read("install.log");
     }
     void TearDown() override {
-        if (!m_dir.empty()) {
-            fs::remove_all(m_dir);
+        if (!m_tempDir.empty()) {
+            fs::remove_all(m_tempDir);
         }
     }
 
-    std::string prefix() const { return (m_dir / "usr").string(); }
+    std::string prefix() const { return path("usr"); }
 
-    // Runs the installed program in the test's folder, with an empty file system mounted over
-    // the build and source trees where the system lets a user do so (user namespaces).
-    int runInstalled(const Json& steps) {
-        std::ofstream(m_dir / "script.json") << Json{{"steps", steps}}.dump(1);
+    // Runs the installed program on the script, with an empty file system mounted over the
+    // build and source trees where the system lets a user do so (user namespaces).
+    int runInstalled() {
+        std::ofstream(m_dir / "script.json") << Json{{"steps", m_steps}}.dump(1);
         const std::string session = "cd '" + m_dir.string() + "' && timeout 120 '" + prefix() +
                                     "/bin/pluvarine' --script script.json --program-folder '" +
-                                    (m_dir / "programfolder").string() +
+                                    path("programfolder") +
                                     "' --language en_US >stdout.txt 2>stderr.txt";
         if (shell("unshare -rm true >/dev/null 2>&1") != 0) {
             std::cerr << "no user namespaces: the build tree stays in view\n";
@@ -64,7 +53,7 @@ protected:
                      "\"");
     }
 
-    fs::path m_dir;
+    fs::path m_tempDir;
 };
 
 TEST_F(InstalledProgram, FindsItsDataBelowItsPrefixAndSaysWhatIsMissing) {
@@ -82,14 +71,13 @@ TEST_F(InstalledProgram, FindsItsDataBelowItsPrefixAndSaysWhatIsMissing) {
     }
 
     // Designed and inserted at the north wall; the macro folder seeded from the prefix.
-    const std::string state = (m_dir / "state.json").string();
-    const Json session = {{{"do", "macroButton"}},
-                          {{"do", "click"}, {"x", 5}, {"y", 8.1}},
-                          {{"do", "button"}, {"name", "Command4"}},
-                          {{"do", "state"}, {"file", state}},
-                          {{"do", "exit"}}};
-    ASSERT_EQ(runInstalled(session), 0) << readFile(m_dir / "stderr.txt");
-    const Json inserted = Json::parse(readFile(state));
+    add({{"do", "macroButton"}});
+    click(5, 8.1);
+    button("Command4");
+    snapshot("inserted");
+    add({{"do", "exit"}});
+    ASSERT_EQ(runInstalled(), 0) << read("stderr.txt");
+    const Json inserted = state("inserted");
     EXPECT_EQ(inserted["host"]["elements"].size(), 1U);
     EXPECT_EQ(inserted["obj"][0]["name"], " 1.tob");
     EXPECT_TRUE(inserted["messages"].empty()) << inserted["messages"].dump();
@@ -98,10 +86,11 @@ TEST_F(InstalledProgram, FindsItsDataBelowItsPrefixAndSaysWhatIsMissing) {
     // Without a part file the installed program names it and does not start.
     fs::remove(share / "pluvarine/workfolder/res/Rohrschelle_100.v3o");
     fs::remove_all(m_dir / "programfolder");
-    EXPECT_EQ(runInstalled(session), 2);
-    EXPECT_THAT(readFile(m_dir / "stderr.txt"),
+    EXPECT_EQ(runInstalled(), 2);
+    EXPECT_THAT(read("stderr.txt"),
                 HasSubstr("not found:\n  " + (share / "pluvarine/workfolder/res").string() +
                           "/Rohrschelle_100.v3o"));
 }
 
 } // namespace
+} // namespace pluvarine::e2e

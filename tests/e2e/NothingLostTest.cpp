@@ -10,9 +10,8 @@ namespace {
 
 TEST_F(E2e, ASaveThatCannotPackTheFilesGoesWithoutThemAndSaysSo) {
     const auto destination = m_dir / "programfolder/Standard/Macros/Pluvarine/destination";
-    std::filesystem::create_directories(destination);
     const std::string older = "an older save's archive";
-    std::ofstream(destination / "pluvarine.dat", std::ios::binary) << older;
+    test::writeFile(destination / "pluvarine.dat", older);
     test::FaultyFolder faulty(destination);
     if (!faulty.makeReadOnly()) {
         GTEST_SKIP() << "no read-only folder here";

@@ -15,6 +15,12 @@ namespace pluvarine::e2e {
 
 using Json = nlohmann::json;
 
+// The command's exit code, or -1 when it did not exit.
+inline int shell(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 // One run of the program on the sample building, driven by a script, in a folder of its own:
 // the host's program folder, the script, the journal, the states the script writes and the
 // saved projects all live below it. The program needs a display (xvfb-run in the test run).
@@ -51,14 +57,11 @@ protected:
                                      " --help-folder '" PLUVARINE_SOURCE_DIR
                                      "/data/help' --language en_US "
                                    : " ";
-        const std::string command = "cd '" + m_dir.string() +
-                                    "' && env LANGUAGE= LC_ALL= LC_MESSAGES= LC_NUMERIC= LANG='" +
-                                    m_systemLocale + "' timeout 120 '" PLUVARINE_GUI "'" +
-                                    " --script script.json --journal journal.jsonl "
-                                    "--program-folder \"$PWD/programfolder\"" +
-                                    defaults + options + " >stdout.txt 2>stderr.txt";
-        const int status = std::system(command.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return shell("cd '" + m_dir.string() +
+                     "' && env LANGUAGE= LC_ALL= LC_MESSAGES= LC_NUMERIC= LANG='" + m_systemLocale +
+                     "' timeout 120 '" PLUVARINE_GUI "' --script script.json --journal "
+                     "journal.jsonl --program-folder \"$PWD/programfolder\"" +
+                     defaults + options + " >stdout.txt 2>stderr.txt");
     }
 
     Json state(const std::string& name) const {

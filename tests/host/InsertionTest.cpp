@@ -56,47 +56,41 @@ TEST_F(InsertionTest, ExportsLoadsPlacesCountsAndEndsTheDesign) {
     expectDesignEnded();
 }
 
-TEST_F(InsertionTest, TheCounterNamesTheFilesOfTwoInsertions) {
-    // Data.ini (none at first), the files written, the counter afterwards, the number stored.
-    const std::tuple<const char*, const char*, const char*, int, const char*> table[] = {
-        {"", " 1.tob", " 2.tob", 3, "2"},
-        {"[Sektion]\r\nEintrag= 41\r\n", " 42.tob", " 43.tob", 44, "43"},
-        {"[SEKTION]\r\nEINTRAG= 32765\r\n", " 32766.tob", " 32767.tob", 32767, "32767"}};
-    for (const auto& [dataIni, first, second, counter, stored] : table) {
-        restartWith(dataIni);
-        macro->Command4_Click();
-        macro->Command4_Click();
-        EXPECT_THAT(log.only({"SaveScene"}), ElementsAre(saved(first), saved(second)));
-        EXPECT_EQ(macro->objectCounter(), counter);
-        EXPECT_EQ(ReadIni(macro->settingsFile(), "sektion", "eintrag"), stored);
-    }
-}
-
-// No object file is ever replaced: numbers whose file is there are passed over, and past the
-// end of the 16-bit range the insertion is refused with a message and the design stays open.
-TEST_F(InsertionTest, AnInsertionNeverReplacesAnObjectFile) {
-    // Data.ini's number, the files written, whether one more insertion is then refused.
-    const std::tuple<std::string, std::vector<std::string>, bool> table[] = {
-        {" 32765", {saved(" 32766.tob"), saved(" 32767.tob")}, true},
-        {" 99999", {saved(" 32767.tob")}, true},
-        {" 2147483647", {saved(" 32767.tob")}, true},
-        {std::string(40000, '9'), {saved(" 32767.tob")}, true},
-        {" 4", {saved(" 7.tob"), saved(" 8.tob")}, false}}; // 5 and 6 are there
-    for (const auto& [stored, written, refused] : table) {
-        SCOPED_TRACE(stored.substr(0, 12));
+// The counter names the object files and never replaces one: numbers whose file is there are
+// passed over, and past the end of the 16-bit range the insertion is refused with a message and
+// the design stays open. Data.ini is read without regard to case.
+TEST_F(InsertionTest, TheCounterNamesTheFilesAndNeverReplacesOne) {
+    // Data.ini (none at first), the numbers written while 5 and 6 are there, whether one more
+    // insertion is then refused, the counter afterwards; the last number written is stored.
+    const std::tuple<std::string, std::vector<int>, bool, int> table[] = {
+        {"", {1, 2}, false, 3},
+        {"[Sektion]\r\nEintrag= 41\r\n", {42, 43}, false, 44},
+        {"[SEKTION]\r\nEINTRAG= 32765\r\n", {32766, 32767}, true, 32767},
+        {"[SEKTION]\r\nEINTRAG= 99999\r\n", {32767}, true, 32767},
+        {"[SEKTION]\r\nEINTRAG= 2147483647\r\n", {32767}, true, 32767},
+        {"[SEKTION]\r\nEINTRAG=" + std::string(40000, '9') + "\r\n", {32767}, true, 32767},
+        {"[SEKTION]\r\nEINTRAG= 4\r\n", {7, 8}, false, 9}};
+    for (const auto& [dataIni, numbers, refused, counter] : table) {
+        SCOPED_TRACE(dataIni.substr(0, 32));
         std::filesystem::remove_all(work / "obj");
-        std::filesystem::create_directory(work / "obj");
         writeFile(objFile(" 5.tob"), "an earlier downpipe");
         writeFile(objFile(" 6.tob"), "another one");
-        restartWith("[SEKTION]\r\nEINTRAG=" + stored + "\r\n");
-        for (std::size_t i = 0; i < written.size() + (refused ? 1 : 0); ++i) {
+        restartWith(dataIni);
+        std::vector<std::string> written;
+        for (const int number : numbers) {
+            written.push_back(saved(" " + std::to_string(number) + ".tob"));
+            macro->Command4_Click();
+        }
+        if (refused) {
             macro->Command4_Click();
         }
         EXPECT_EQ(log.only({"SaveScene"}), written);
         EXPECT_EQ(log.only({"message"}), refused ? std::vector{"message(" + LoadText(5004) + ")"}
                                                  : std::vector<std::string>{});
         EXPECT_EQ(log.only({"hideWindow"}).size(), written.size()); // the refused design stays
-        EXPECT_EQ(macro->objectCounter(), refused ? 32767 : 9);
+        EXPECT_EQ(macro->objectCounter(), counter);
+        EXPECT_EQ(ReadIni(macro->settingsFile(), "sektion", "eintrag"),
+                  std::to_string(numbers.back()));
         EXPECT_EQ(readFile(objFile(" 5.tob")), "an earlier downpipe");
         EXPECT_EQ(readFile(objFile(" 6.tob")), "another one");
     }

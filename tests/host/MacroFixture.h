@@ -9,10 +9,10 @@
 #include "host/HostRoofList.h"
 #include "host/Macro.h"
 #include "store/text/LoadText.h"
+#include "tests/support/FileBytes.h"
 
 #include <QTemporaryDir>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <map>
 #include <set>
@@ -68,110 +68,97 @@ inline std::string six(const std::array<float, 6>& s) {
 inline std::string size(const HostPicture& picture) {
     return CallLog::join(picture.image.width()) + "x" + CallLog::join(picture.image.height());
 }
-inline std::string readFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
 
-// A host connection that records every call; macro data blocks are kept in memory by id.
-// The same object plays the active building: one roof over x 0..10 m with two faces, x 0..5
-// (height 3.1 m, overhang 0.5 m, pitch 45°, direction 180°) and x 5..10 (3.5 m, 0.3 m, 30°,
-// 90°), gutter width 0.1 m, roofing thickness 0.05 m; and the object template and its element.
+// A host connection that records every call under its name; macro data blocks are kept in
+// memory by id. The same object plays the active building: one roof over x 0..10 m with two
+// faces, x 0..5 (height 3.1 m, overhang 0.5 m, pitch 45°, direction 180°) and x 5..10 (3.5 m,
+// 0.3 m, 30°, 90°), gutter width 0.1 m, roofing thickness 0.05 m; and the object template and
+// its element.
 class FakeHost : public Implements<HostConnection, HostBuilding, HostRoofList, HostRoof,
                                    HostRoofData, HostObjectTemplate, HostElement> {
 public:
+    using I = std::int32_t;
     explicit FakeHost(CallLog& callLog) : log(callLog) {}
     CallLog& log;
     // Not owning: the macro owns the connection, and the building model dies with it.
     const std::shared_ptr<FakeHost> self{this, [](FakeHost*) {}};
     std::string programFolder;
     std::string versionText = "Tectaro +2010 Pro";
-    std::map<std::int32_t, std::string> macroData;
+    std::map<I, std::string> macroData;
     HostEvents* sink = nullptr;
     HostPicture buttonPicture;
     HostPicture cursor;
     std::optional<PlacementMatrix> matrix;
 
-    std::shared_ptr<HostRoofList> GetRoofList() override { return log.reply(self, "GetRoofList"); }
-    std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, std::int32_t&,
-                                         std::array<float, 6>& s, bool&) override {
-        return log.reply(x <= 10 ? self : nullptr, "FindRoofAt", flag, x, y, six(s));
+    std::shared_ptr<HostRoofList> GetRoofList() override { return log.reply(self, __func__); }
+    std::shared_ptr<HostRoof> FindRoofAt(bool flag, float x, float y, I&, std::array<float, 6>& s,
+                                         bool&) override {
+        return log.reply(x <= 10 ? self : nullptr, __func__, flag, x, y, six(s));
     }
-    std::shared_ptr<HostRoofData> GetRoofData() override { return log.reply(self, "GetRoofData"); }
-    std::int32_t FindRoofFaceAt(bool flag, float x, float y, float& height, std::array<float, 6>& s,
-                                bool&) override {
-        log.call("FindRoofFaceAt", flag, x, y, six(s));
+    std::shared_ptr<HostRoofData> GetRoofData() override { return log.reply(self, __func__); }
+    I FindRoofFaceAt(bool flag, float x, float y, float& height, std::array<float, 6>& s,
+                     bool&) override {
+        log.call(__func__, flag, x, y, six(s));
         height = x <= 5 ? 3.1F : 3.5F;
         return x <= 10 ? (x <= 5 ? 0 : 1) : throw RuntimeError(RuntimeError::HostError, "no face");
     }
-    double GetRoofingThickness() override { return log.reply(0.05, "GetRoofingThickness"); }
-    double GetGutterWidth() override { return log.reply(0.1, "GetGutterWidth"); }
-    double GetFaceOverhang(std::int32_t face, bool&) override {
-        return log.reply(face == 1 ? 0.5 : 0.3, "GetFaceOverhang", face);
+    double GetRoofingThickness() override { return log.reply(0.05, __func__); }
+    double GetGutterWidth() override { return log.reply(0.1, __func__); }
+    double GetFaceOverhang(I face, bool&) override {
+        return log.reply(face == 1 ? 0.5 : 0.3, __func__, face);
     }
-    double GetFacePitch(std::int32_t face) override {
-        return log.reply(face == 1 ? 45 : 30, "GetFacePitch", face);
+    double GetFacePitch(I face) override { return log.reply(face == 1 ? 45 : 30, __func__, face); }
+    double GetFaceDirection(I face) override {
+        return log.reply(face == 1 ? 180 : 90, __func__, face);
     }
-    double GetFaceDirection(std::int32_t face) override {
-        return log.reply(face == 1 ? 180 : 90, "GetFaceDirection", face);
+    std::shared_ptr<HostElement> CreateElement(void* parent, I flags) override {
+        return log.reply(self, __func__, parent == nullptr ? "none" : "parent", flags);
     }
-    std::shared_ptr<HostElement> CreateElement(void* parent, std::int32_t flags) override {
-        return log.reply(self, "CreateElement", parent == nullptr ? "none" : "parent", flags);
-    }
-    void PrepareElement(bool flag) override { log.call("PrepareElement", flag); }
-    std::int32_t SetElementMatrix(const PlacementMatrix& m) override {
-        matrix = log.reply(m, "SetElementMatrix");
+    void PrepareElement(bool flag) override { log.call(__func__, flag); }
+    I SetElementMatrix(const PlacementMatrix& m) override {
+        matrix = log.reply(m, __func__);
         return 0;
     }
-    std::int32_t CommitElement(bool flag) override { return log.reply(0, "CommitElement", flag); }
+    I CommitElement(bool flag) override { return log.reply(0, __func__, flag); }
 
     void setEventSink(HostEvents* eventSink) override { sink = eventSink; }
-    std::string GetProgramFolder() override { return log.reply(programFolder, "GetProgramFolder"); }
-    std::shared_ptr<HostBuilding> GetActiveBuilding() override {
-        return log.reply(self, "GetActiveBuilding");
-    }
-    std::string GetVersionText() override { return log.reply(versionText, "GetVersionText"); }
-    std::int32_t AddMacroButton(const HostPicture& picture, std::int32_t flags,
-                                const std::string& tooltip, std::int32_t code) override {
-        buttonPicture = log.reply(picture, "AddMacroButton", size(picture), flags, tooltip, code);
+    std::string GetProgramFolder() override { return log.reply(programFolder, __func__); }
+    std::shared_ptr<HostBuilding> GetActiveBuilding() override { return log.reply(self, __func__); }
+    std::string GetVersionText() override { return log.reply(versionText, __func__); }
+    I AddMacroButton(const HostPicture& picture, I flags, const std::string& tooltip,
+                     I code) override {
+        buttonPicture = log.reply(picture, __func__, size(picture), flags, tooltip, code);
         return 7;
     }
-    void RequestOneClick(const std::string& text, const HostPicture& picture,
-                         std::int32_t count) override {
-        cursor = log.reply(picture, "RequestOneClick", "'" + text + "'", size(picture), count);
+    void RequestOneClick(const std::string& text, const HostPicture& picture, I count) override {
+        cursor = log.reply(picture, __func__, "'" + text + "'", size(picture), count);
     }
-    float GetLevelAt(float x, float y) override { return log.reply(0.2F, "GetLevelAt", x, y); }
-    std::shared_ptr<HostObjectTemplate> LoadObjectFile(const std::string& path,
-                                                       std::int32_t flags) override {
-        return log.reply(self, "LoadObjectFile", path, flags);
+    float GetLevelAt(float x, float y) override { return log.reply(0.2F, __func__, x, y); }
+    std::shared_ptr<HostObjectTemplate> LoadObjectFile(const std::string& path, I flags) override {
+        return log.reply(self, __func__, path, flags);
     }
-    bool LoadMacroData(std::int32_t dataId, const std::string& path) override {
-        log.call("LoadMacroData", dataId, path);
+    bool LoadMacroData(I dataId, const std::string& path) override {
+        log.call(__func__, dataId, path);
         if (macroData.contains(dataId)) {
             writeFile(path, macroData[dataId]);
         }
         return macroData.contains(dataId);
     }
-    std::int32_t SetMacroButtonState(std::int32_t id, std::int32_t a, std::int32_t b, bool shown,
-                                     bool enabled) override {
-        return log.reply(1, "SetMacroButtonState", id, a, b, shown, enabled);
+    I SetMacroButtonState(I id, I a, I b, bool shown, bool enabled) override {
+        return log.reply(1, __func__, id, a, b, shown, enabled);
     }
-    void ShowPrompt(const std::string& text) override { log.call("ShowPrompt", text); }
-    void ShowProgress(const std::string& text, std::int32_t percentage) override {
-        log.call("ShowProgress", text, percentage);
+    void ShowPrompt(const std::string& text) override { log.call(__func__, text); }
+    void ShowProgress(const std::string& text, I percentage) override {
+        log.call(__func__, text, percentage);
     }
-    void EndProgress() override { log.call("EndProgress"); }
-    bool SaveMacroData(std::int32_t dataId, const std::string& path) override {
-        log.call("SaveMacroData", dataId, path);
+    void EndProgress() override { log.call(__func__); }
+    bool SaveMacroData(I dataId, const std::string& path) override {
+        log.call(__func__, dataId, path);
         macroData[dataId] = readFile(path);
         return true;
     }
-    bool ConnectMacro(std::int32_t handle, const std::string& text,
-                      const std::string& guid) override {
-        return log.reply(true, "ConnectMacro", handle, "'" + text + "'", guid);
+    bool ConnectMacro(I handle, const std::string& text, const std::string& guid) override {
+        return log.reply(true, __func__, handle, "'" + text + "'", guid);
     }
 };
 
@@ -215,35 +202,35 @@ protected:
         log.entries.clear();
     }
 
-    void showWindow() override { log.call("showWindow"); }
-    void hideWindow() override { log.call("hideWindow"); }
-    void stayOnTop(bool on) override { log.call("stayOnTop", on); }
+    void showWindow() override { log.call(__func__); }
+    void hideWindow() override { log.call(__func__); }
+    void stayOnTop(bool on) override { log.call(__func__, on); }
     void setClickLabels(const std::string& x, const std::string& y) override {
-        log.call("setClickLabels", x, y);
+        log.call(__func__, x, y);
     }
     std::string overhangText() const override { return overhang; }
     void setOverhangText(const std::string& text) override {
-        overhang = log.reply(text, "setOverhangText", text);
+        overhang = log.reply(text, __func__, text);
     }
-    void enableTimer1() override { log.call("enableTimer1"); }
-    bool ApplyLanguage() override { return log.reply(russianSystem, "ApplyLanguage"); }
-    void fillMaterialList() override { log.call("fillMaterialList"); }
+    void enableTimer1() override { log.call(__func__); }
+    bool ApplyLanguage() override { return log.reply(russianSystem, __func__); }
+    void fillMaterialList() override { log.call(__func__); }
     std::int32_t windowHandle() const override { return 4711; }
     QImage bildPicture() const override { return bild; }
     QImage bild2Picture() const override { return bild2; }
     void showMessage(const std::string& text, Icon icon) override {
         log.call(icon == Icon::Critical ? "criticalMessage" : "message", text);
     }
-    void endProgram() override { ended = log.reply(true, "endProgram"); }
+    void endProgram() override { ended = log.reply(true, __func__); }
     bool hasEnded() const override { return ended; }
-    void HtmlHelp(const std::string& fileAndTopic) override { log.call("HtmlHelp", fileAndTopic); }
+    void HtmlHelp(const std::string& fileAndTopic) override { log.call(__func__, fileAndTopic); }
     void LoadScene(const std::string& sceneFile) override {
-        log.call("LoadScene", sceneFile);
+        log.call(__func__, sceneFile);
         RecordingScene::LoadScene(sceneFile);
     }
     bool SaveScene(const std::string& path, const std::string& name,
                    const std::string& third) override {
-        log.call("SaveScene", path, name, "'" + third + "'");
+        log.call(__func__, path, name, "'" + third + "'");
         if (!(std::ofstream(path, std::ios::binary) << "object " << name)) {
             throw RuntimeError(RuntimeError::ViewerError, "cannot write " + path);
         }

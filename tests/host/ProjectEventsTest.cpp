@@ -147,7 +147,9 @@ TEST_F(ProjectEventsTest, LoadingWithoutABuildingRestoresObjAndTheCounter) {
     EXPECT_EQ(macro->objectCounter(), 1);
 }
 
-TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProjectFiles) {
+// Closing disables the button and deletes the project files; a new project enables it again,
+// and the program's exit ends it at once.
+TEST_F(ProjectEventsTest, ClosingANewProjectAndTheExitSetTheButtonAndEnd) {
     writeFile(objFile("Data.ini"), "[SEKTION]\r\nEINTRAG= 2\r\n");
     writeFile(objFile(" 1.tob"), "one");
     writeFile(archive, "archive");
@@ -162,9 +164,8 @@ TEST_F(ProjectEventsTest, ClosingTheProjectDisablesTheButtonAndDeletesTheProject
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(work / "obj"), {}), 1);
     EXPECT_EQ(readFile(objFile("sub/inner.txt")), "stays"); // sub-folders untouched
     EXPECT_EQ(daten.design.heightH, 2500);                  // nothing in memory reset
-}
 
-TEST_F(ProjectEventsTest, ANewProjectEnablesTheButtonAndProgramExitEndsAtOnce) {
+    log.entries.clear();
     macro->exe_NewCurrentProject();
     macro->exe_ProgramExit();
     EXPECT_THAT(log.entries, ElementsAre(enable, "endProgram()"));

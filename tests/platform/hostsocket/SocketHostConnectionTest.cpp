@@ -81,6 +81,8 @@ Call op(auto call) {
         return out.str();
     };
 }
+// The call of one expression on the connection `c`.
+#define CALL(...) op([](HostConnection& c) { return __VA_ARGS__; })
 
 // Each row: the operation as the macro calls it, the request the host receives ("op@target
 // {args}", no target for the connection itself), what it answers and the value the call returns
@@ -122,6 +124,8 @@ std::string picture(const Json& value) {
            QString::number(image.pixel(0, 0), 16).toStdString();
 }
 
+bool ignoredFlag = false; // an out-argument the operations' values do not show
+
 // Objects reached through the host's handles: 5 building, 6 roof list, 7 roof, 8 roof data,
 // 9 template, 10 element.
 std::shared_ptr<HostRoof> roof(HostConnection& c) {
@@ -130,16 +134,18 @@ std::shared_ptr<HostRoof> roof(HostConnection& c) {
     bool flag = false;
     return c.GetActiveBuilding()->GetRoofList()->FindRoofAt(true, 1.5F, -0.25F, ignored, six, flag);
 }
+std::shared_ptr<HostRoofData> roofData(HostConnection& c) {
+    return roof(c)->GetRoofData();
+}
 std::shared_ptr<HostElement> element(HostConnection& c) {
     return c.LoadObjectFile("/w/obj/ 1.tob", 0)->CreateElement(nullptr, 0);
 }
 
 const std::vector<OperationCase>& operationCases() {
-    using C = HostConnection&;
     static const std::vector<OperationCase> cases = {
-        {op([](C c) { return c.GetProgramFolder(); }), R"(GetProgramFolder {})", R"("/p/")"},
-        {op([](C c) { return c.GetVersionText(); }), R"(GetVersionText {})", R"("Tectaro +2026")"},
-        {op([](C c) {
+        {CALL(c.GetProgramFolder()), R"(GetProgramFolder {})", R"("/p/")"},
+        {CALL(c.GetVersionText()), R"(GetVersionText {})", R"("Tectaro +2026")"},
+        {op([](HostConnection& c) {
              QImage bitmap(2, 1, QImage::Format_RGB32);
              bitmap.fill(QColor(255, 0, 0));
              return c.AddMacroButton(SocketHostConnection::pictureFromBitmap(bitmap), 0x01030204,
@@ -148,27 +154,26 @@ const std::vector<OperationCase>& operationCases() {
          R"(AddMacroButton {"picture":"2x1 ffff0000","flags":16974340,"tooltip":"Fallrohr",
              "code":4733})",
          "3"},
-        {op([](C c) { c.RequestOneClick("", HostPicture{}, 1); }),
+        {CALL(c.RequestOneClick("", HostPicture{}, 1)),
          R"(RequestOneClick {"text":"","cursor":"no picture","count":1})", "null"},
-        {op([](C c) { return c.GetLevelAt(1.5F, -0.25F); }), R"(GetLevelAt {"x":1.5,"y":-0.25})",
-         "-0.125"},
-        {op([](C c) { return c.LoadMacroData(548199592, "/d"); }),
+        {CALL(c.GetLevelAt(1.5F, -0.25F)), R"(GetLevelAt {"x":1.5,"y":-0.25})", "-0.125"},
+        {CALL(c.LoadMacroData(548199592, "/d")),
          R"(LoadMacroData {"dataId":548199592,"path":"/d"})", "true"},
-        {op([](C c) { return c.SetMacroButtonState(3, 1, 0, true, false); }),
+        {CALL(c.SetMacroButtonState(3, 1, 0, true, false)),
          R"(SetMacroButtonState {"buttonId":3,"a":1,"b":0,"shown":true,"enabled":false})", "0"},
-        {op([](C c) { c.ShowPrompt("Bitte klicken Sie außen an die Wand!"); }),
+        {CALL(c.ShowPrompt("Bitte klicken Sie außen an die Wand!")),
          R"(ShowPrompt {"text":"Bitte klicken Sie außen an die Wand!"})", "null"},
-        {op([](C c) { c.ShowProgress("1.tob", 50); }),
-         R"(ShowProgress {"text":"1.tob","percentage":50})", "null"},
-        {op([](C c) { c.EndProgress(); }), R"(EndProgress {})", "null"},
-        {op([](C c) { return c.SaveMacroData(548199592, "/d"); }),
+        {CALL(c.ShowProgress("1.tob", 50)), R"(ShowProgress {"text":"1.tob","percentage":50})",
+         "null"},
+        {CALL(c.EndProgress()), R"(EndProgress {})", "null"},
+        {CALL(c.SaveMacroData(548199592, "/d")),
          R"(SaveMacroData {"dataId":548199592,"path":"/d"})", "false"},
-        {op([](C c) { return c.ConnectMacro(4711, "", "{G}"); }),
+        {CALL(c.ConnectMacro(4711, "", "{G}")),
          R"(ConnectMacro {"windowHandle":4711,"text":"","macroGuid":"{G}"})", "true"},
-        {op([](C c) { return roof(c) == nullptr; }),
+        {CALL(roof(c) == nullptr),
          R"(FindRoofAt@6 {"flag":true,"x":1.5,"y":-0.25,"six":[1,1,1,1,1,1]})",
          R"({"roof":null,"ignored":0,"six":[1,1,1,1,1,1],"ignoredFlag":false})", "true"},
-        {op([](C c) {
+        {op([](HostConnection& c) {
              float height = 0;
              std::array<float, 6> six{1, 1, 1, 1, 1, 1};
              bool ignored = false;
@@ -177,30 +182,21 @@ const std::vector<OperationCase>& operationCases() {
          }),
          R"(FindRoofFaceAt@7 {"flag":true,"x":2,"y":3,"six":[1,1,1,1,1,1]})",
          R"({"face":2,"height":4.75,"six":[0,0,0,0,0,9],"ignored":true})", "2 4.75 9.0"},
-        {op([](C c) { return roof(c)->GetRoofData()->GetRoofingThickness(); }),
-         R"(GetRoofingThickness@8 {})", "0.04"},
-        {op([](C c) { return roof(c)->GetRoofData()->GetGutterWidth(); }), R"(GetGutterWidth@8 {})",
-         "0.06"},
-        {op([](C c) {
-             bool ignored = false;
-             return roof(c)->GetRoofData()->GetFaceOverhang(3, ignored);
-         }),
-         R"(GetFaceOverhang@8 {"face":3})", R"({"value":0.6,"ignored":false})", "0.6"},
-        {op([](C c) { return roof(c)->GetRoofData()->GetFacePitch(1); }),
-         R"(GetFacePitch@8 {"face":1})", "35"},
-        {op([](C c) { return roof(c)->GetRoofData()->GetFaceDirection(1); }),
-         R"(GetFaceDirection@8 {"face":1})", "270"},
-        {op([](C c) { element(c)->PrepareElement(true); }), R"(PrepareElement@10 {"flag":true})",
-         "null"},
-        {op([](C c) {
+        {CALL(roofData(c)->GetRoofingThickness()), R"(GetRoofingThickness@8 {})", "0.04"},
+        {CALL(roofData(c)->GetGutterWidth()), R"(GetGutterWidth@8 {})", "0.06"},
+        {CALL(roofData(c)->GetFaceOverhang(3, ignoredFlag)), R"(GetFaceOverhang@8 {"face":3})",
+         R"({"value":0.6,"ignored":false})", "0.6"},
+        {CALL(roofData(c)->GetFacePitch(1)), R"(GetFacePitch@8 {"face":1})", "35"},
+        {CALL(roofData(c)->GetFaceDirection(1)), R"(GetFaceDirection@8 {"face":1})", "270"},
+        {CALL(element(c)->PrepareElement(true)), R"(PrepareElement@10 {"flag":true})", "null"},
+        {op([](HostConnection& c) {
              PlacementMatrix m;
              m.at(0, 3) = 5; // the translation's x, stored 13th
              m.at(3, 3) = 1;
              return element(c)->SetElementMatrix(m);
          }),
          R"(SetElementMatrix@10 {"matrix":[0,0,0,0,0,0,0,0,0,0,0,0,5,0,0,1]})", "0"},
-        {op([](C c) { return element(c)->CommitElement(true); }),
-         R"(CommitElement@10 {"flag":true})", "1"},
+        {CALL(element(c)->CommitElement(true)), R"(CommitElement@10 {"flag":true})", "1"},
     };
     return cases;
 }
