@@ -56,7 +56,11 @@ TEST_F(SettingsFile, ExportStoresTheNumberUsedAndMovesOn) {
     EXPECT_EQ(counterAfterExport(withoutFolder(), 9), 1); // reads 0 there
 }
 
-TEST_F(SettingsFile, TextsCrossInWindows1252AndAreCutTo254Characters) {
+// Texts outside the code page are refused; the files' own faults: ProfileFileTest.
+TEST_F(SettingsFile, TextsCrossInWindows1252AreCutTo254CharactersOthersAreRefused) {
+    EXPECT_THROW(WriteIni(file(), "Sektion", "Eintrag", "Łódź"), RuntimeError);
+    EXPECT_THROW(ReadIni(file(), "Фасад", "Eintrag"), RuntimeError);
+    EXPECT_FALSE(fs::exists(file()));
     EXPECT_NE(WriteIni(file(), "Maße", "Größe", "€ 5"), 0);
     EXPECT_EQ(readFile(file()), "[Ma\xDF\x65]\r\nGr\xF6\xDF\x65=\x80 5\r\n");
     EXPECT_EQ(ReadIni(file(), "MAßE", "GRößE"), "€ 5");
@@ -65,14 +69,8 @@ TEST_F(SettingsFile, TextsCrossInWindows1252AndAreCutTo254Characters) {
     EXPECT_EQ(ReadIni(file(), "s", "k"), umlauts.substr(0, 254 * 2));
 }
 
-// Texts outside the code page are refused; the files' own faults: ProfileFileTest.
-TEST_F(SettingsFile, TextsOutsideTheCodePageAreRefused) {
-    EXPECT_THROW(WriteIni(file(), "Sektion", "Eintrag", "Łódź"), RuntimeError);
-    EXPECT_THROW(ReadIni(file(), "Фасад", "Eintrag"), RuntimeError);
-    EXPECT_FALSE(fs::exists(file()));
-}
-
-TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguage) {
+// Resolving creates no folder.
+TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguageAndCreatesNone) {
     const int previous = activeTextLanguage();
     using namespace TextLanguage;
     // clang-format off
@@ -91,12 +89,9 @@ TEST(WorkFolder, NamesTheMacroFolderInTheInterfaceLanguage) {
         EXPECT_EQ(folder.archiveFile(), expected + "/destination/pluvarine.dat");
     }
     setActiveTextLanguage(previous);
-}
-
-TEST(WorkFolder, CreatesNoFolder) {
     QTemporaryDir dir;
-    EXPECT_FALSE(WorkFolder::resolve(dir.path().toStdString() + "/").workFolder.empty());
-    EXPECT_TRUE(fs::is_empty(dir.path().toStdString()));
+    EXPECT_TRUE(!WorkFolder::resolve(dir.path().toStdString() + "/").workFolder.empty() &&
+                fs::is_empty(dir.path().toStdString()));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "UiTestSupport.h"
 #include "base/Conversions.h"
 #include "platform/system/widgets/HelpWindow.h"
+#include "tests/support/FileBytes.h"
 
 #include <tuple>
 
@@ -129,8 +130,8 @@ TEST_F(DetailsDialog, OpeningFillsTheOverhangWithASignPositionAndTheOthersPlainC
     EXPECT_EQ(shown(), QStringLiteral(" 500|150|35|40|5600|270"));
     field("txtBd")->setText(QStringLiteral("77"));
     click("Command2", details);
-    EXPECT_FALSE(details->isVisible());
-    EXPECT_TRUE(values() == QStringLiteral("500 150 35 40 270 5600 0") && rebuilds() == 0);
+    EXPECT_TRUE(!details->isVisible() && rebuilds() == 0);
+    EXPECT_EQ(values(), QStringLiteral("500 150 35 40 270 5600 0"));
     daten.roof = RoofData{0.5, 150, 22.5, 40, -90};
     details->open(); // fractions follow their own rules
     field("txtBd")->setText(QStringLiteral("999"));
@@ -197,14 +198,10 @@ TEST_F(DetailsDialog, AdoptingSetsTheValuesRebuildsOnceAndHidesUnlessAFieldIsEmp
 
 TEST(HelpWindowTest, OpensTheTopicOrReportsTheProblemInTheWindow) {
     QTemporaryDir folder;
-    QDir(folder.path()).mkpath(QStringLiteral("Tectaro.chm"));
     const QString topic = folder.filePath(QStringLiteral("Tectaro.chm/Pluvarine.htm"));
-    for (const auto& [file, bytes] :
-         {std::pair{topic, "<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1>"},
-          std::pair{folder.filePath(QStringLiteral("Packed.chm")), "ITSF"}}) {
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) > 0);
-    }
+    writeFile(topic.toStdString(),
+              "<html><head><title>Downpipes</title></head><body><h1>Downpipe</h1>");
+    writeFile(folder.filePath(QStringLiteral("Packed.chm")).toStdString(), "ITSF");
     // Address in the folder, whether the page is found, and a text the window shows; the topic
     // opens after a problem, also when it was shown before the problem.
     const std::tuple<const char*, bool, const char*> cases[] = {

@@ -26,7 +26,7 @@ TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheR
         EXPECT_NEAR(f.heightAt(wallFace), 3.0, 1e-9) << face;
     }
     // No gaps, no overlaps; the faces meet at the hips and the ridge.
-    for (double x = -0.55; x < 10.15; x += 0.37) {
+    for (double x = -0.55; x < 10.15; x += 0.37)
         for (double y = 0.05; y < 8.3; y += 0.29) {
             const auto holders = std::ranges::count_if(roof.faces, [&](const RoofFace& face) {
                 return face.outline.containsPoint({x, y}, Qt::OddEvenFill);
@@ -34,7 +34,6 @@ TEST(SampleHouse, EachSidesEavesLieTheOverhangOutsideTheWallAndTheFacesCoverTheR
             EXPECT_LE(holders, 1) << x << "," << y;
             EXPECT_GE(roof.faceAt({x, y}), 0) << x << "," << y;
         }
-    }
     EXPECT_NEAR(roof.faces[0].heightAt({2, 2}), roof.faces[3].heightAt({2, 2}), 1e-9);
     EXPECT_NEAR(roof.faces[0].heightAt({5, 4}), roof.faces[2].heightAt({5, 4}), 1e-9);
     EXPECT_NEAR(roof.faces[0].heightAt({5, 4}), 3.0 + 4 * std::tan(std::numbers::pi / 6), 1e-9);

@@ -1,7 +1,5 @@
 #include "TectaroTestSupport.h"
-#include "assembly/BendConstruction.h"
-#include "assembly/ContinuousConstruction.h"
-#include "assembly/KinkConstruction.h"
+#include "assembly/Construction.h"
 #include "host/ElementPlacement.h"
 #include "host/HostElement.h"
 #include "host/HostObjectTemplate.h"
@@ -14,13 +12,10 @@ using namespace pluvarine;
 
 namespace {
 
-enum class Kind { Continuous, Bend, Kink };
-
 struct Side {
     const char* name;
     QPointF click; // where the user clicks, a little outside the wall
-    Kind kind;
-    BendAngle angle;            // of a bend or kink
+    Construction construction;
     double overhang, direction; // as the macro reads them there: mm, degrees
     friend void PrintTo(const Side& c, std::ostream* os) { *os << c.name; } // readable listings
 };
@@ -43,8 +38,7 @@ protected:
         const auto hit = host->building()->exteriorWallHit(side.click);
         ASSERT_TRUE(hit);
         wall = *hit;
-        const float X = static_cast<float>(hit->facePoint.x());
-        const float Y = static_cast<float>(hit->facePoint.y());
+        const auto X = float(hit->facePoint.x()), Y = float(hit->facePoint.y());
         // What the macro reads there, in mm and degrees: the roof meets the wall top at 3 m.
         const auto roof = roofAt(X, Y);
         ASSERT_TRUE(roof);
@@ -68,13 +62,7 @@ protected:
         daten.design.clampSpacing = 1800;
         ViewerScene scene;
         scene.LoadScene(daten.workFolder + "/main.v3o");
-        if (side.kind == Kind::Continuous) {
-            buildContinuous(daten, scene);
-        } else if (side.kind == Kind::Bend) {
-            buildBend(daten, scene, side.angle);
-        } else {
-            buildKink(daten, scene, side.angle);
-        }
+        buildConstruction(side.construction, daten, scene);
         scene.SaveScene(path(" 1.tob"), "Fallrohr", "");
         auto inserted = connection->LoadObjectFile(path(" 1.tob"), 0)->CreateElement(nullptr, 0);
         const auto matrix = elementPlacement(
@@ -91,9 +79,8 @@ protected:
         Extent e;
         const QMatrix4x4 world = element->worldTransform();
         for (const GlbItem& item : element->object.content->items) {
-            if (!item.nodeName.ends_with(" #" + std::to_string(id))) {
+            if (!item.nodeName.ends_with(" #" + std::to_string(id)))
                 continue;
-            }
             const std::vector<float>& p = item.mesh->positions;
             for (std::size_t i = 0; i + 2 < p.size(); i += 3) {
                 const auto local = item.transform.map({p[i], p[i + 1], p[i + 2]});
@@ -140,7 +127,7 @@ TEST_P(PlacementOnTheSampleHouse, ThePipeStandsOutsideItsWallTouchingTheFaceUnde
     // stands at the clamps' clearance, 52.7 mm: the box reaches 129.4 mm behind the pipe (the
     // brackets) and W + 40 mm in front (the outlet's plate), and the macro sets its centre W/2 +
     // 8 mm out. (Flush, the 125 mm standpipe and its cap on the pipe's axis would enter the wall.)
-    if (GetParam().kind != Kind::Continuous) {
+    if (GetParam().construction != Construction::Continuous) {
         EXPECT_NEAR(pipe.lo[U], 0.0527, 0.0005);
     }
     ASSERT_GT(design.clampCount, 0);
@@ -160,12 +147,12 @@ TEST_P(PlacementOnTheSampleHouse, ThePipeStandsOutsideItsWallTouchingTheFaceUnde
     EXPECT_NEAR(outlet.centre(V), 0.0, 0.02);
 }
 
-const Side sides[] = {{"south_continuous", {5, -0.1}, Kind::Continuous, {}, 0, 0},
-                      {"east_continuous", {10.1, 4}, Kind::Continuous, {}, 150, 90},
-                      {"east_kink42", {10.1, 4}, Kind::Kink, BendAngle::Deg42, 150, 90},
-                      {"east_kink72", {10.1, 4}, Kind::Kink, BendAngle::Deg72, 150, 90},
-                      {"north_bend42", {5, 8.1}, Kind::Bend, BendAngle::Deg42, 300, 180},
-                      {"west_bend42", {-0.1, 4}, Kind::Bend, BendAngle::Deg42, 600, 270},
-                      {"west_bend72", {-0.1, 4}, Kind::Bend, BendAngle::Deg72, 600, 270}};
+const Side sides[] = {{"south_continuous", {5, -0.1}, Construction::Continuous, 0, 0},
+                      {"east_continuous", {10.1, 4}, Construction::Continuous, 150, 90},
+                      {"east_kink42", {10.1, 4}, Construction::Kink42, 150, 90},
+                      {"east_kink72", {10.1, 4}, Construction::Kink72, 150, 90},
+                      {"north_bend42", {5, 8.1}, Construction::Bend42, 300, 180},
+                      {"west_bend42", {-0.1, 4}, Construction::Bend42, 600, 270},
+                      {"west_bend72", {-0.1, 4}, Construction::Bend72, 600, 270}};
 INSTANTIATE_TEST_SUITE_P(EverySide, PlacementOnTheSampleHouse, ::testing::ValuesIn(sides),
                          [](const auto& param) { return std::string(param.param.name); });

@@ -26,9 +26,8 @@ TEST(TectaroProject, RoundTripsBuildingElementsMatricesAndDataBlocksByteForByte)
         element->prepared = i != 1;
         project.elements.push_back(element);
     }
-    for (int b = 0; b < 256; ++b) {
+    for (int b = 0; b < 256; ++b)
         project.macroData[0x20ACDCA8].push_back(static_cast<char>(b));
-    }
     project.macroData[-5] = std::string();
     const std::string file = folder.filePath("house.tproj").toStdString();
     std::string error;
@@ -43,28 +42,24 @@ TEST(TectaroProject, RoundTripsBuildingElementsMatricesAndDataBlocksByteForByte)
         return std::make_tuple(e.object.bytes(), e.object.name, e.sourcePath, e.matrix.values,
                                e.prepared, e.object.boundsMin);
     };
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
         EXPECT_TRUE(kept(*loaded.elements[i]) == kept(*project.elements[i])) << i;
-    }
     EXPECT_EQ(loaded.macroData, project.macroData);
 
     // The bytes are stored as they are, not a third larger as base64; the earlier JSON files
     // with base64 read the same.
     std::size_t bytes = 256;
-    for (const auto& element : project.elements) {
+    for (const auto& element : project.elements)
         bytes += element->object.spooled->size();
-    }
     EXPECT_LT(QFileInfo(QString::fromStdString(file)).size(), qint64(bytes + 8000));
     nlohmann::json old = project.toJson();
     const auto base64 = [](const std::string& raw) {
         return QByteArray::fromStdString(raw).toBase64().toStdString();
     };
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < 3; ++i)
         old["elements"][i]["object"] = base64(project.elements[i]->object.bytes());
-    }
-    for (auto& block : old["macroData"]) {
+    for (auto& block : old["macroData"])
         block["data"] = base64(project.macroData.at(block["id"].get<std::int32_t>()));
-    }
     test::writeFile(file, old.dump(1));
     const TectaroProject earlier = TectaroProject::load(file);
     ASSERT_EQ(earlier.elements.size(), 3u);
@@ -109,6 +104,5 @@ TEST(TectaroProject, BadProjectAndBuildingFilesAreRefusedWithTheReason) {
     EXPECT_THROW(Building::load("/nonexistent/house.json"), RuntimeError);
     EXPECT_THROW(Building::load(PLUVARINE_SOURCE_DIR "/data/sample/README.md"), RuntimeError);
     std::string error;
-    EXPECT_FALSE(project.save("/nonexistent/dir/p.tproj", &error));
-    EXPECT_FALSE(error.empty());
+    EXPECT_TRUE(!project.save("/nonexistent/dir/p.tproj", &error) && !error.empty());
 }

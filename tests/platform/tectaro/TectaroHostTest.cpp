@@ -27,9 +27,8 @@ TEST(TectaroHost, TheGroundIsTheTerrainAndNoRoofOrFaceLiesOutsideTheRoof) {
     float height = 0;
     EXPECT_THROW(roof->FindRoofFaceAt(true, 30, 30, height, sample.six, sample.unusedFlag),
                  RuntimeError);
-    for (std::int32_t bad : {0, 5, -1}) {
+    for (std::int32_t bad : {0, 5, -1})
         EXPECT_THROW(roof->GetRoofData()->GetFacePitch(bad), RuntimeError) << bad;
-    }
 }
 
 // The host's default version text passes the macro's version test in the system locale, whose
@@ -68,12 +67,10 @@ TEST_F(HostFixture, ProjectEventsAreQueuedAndRaisedInOrderOneAfterTheOther) {
     writeFile(path("pluvarine.dat"), block);
     // A handler that lets events run (packing does, after every file) gets no event inside it.
     events.reaction = [&](const std::string& event) {
-        if (event == "SaveStart") {
+        if (event == "SaveStart")
             host->closeProject(); // queued behind the save
-        }
-        for (int i = 0; i < 50; ++i) {
+        for (int i = 0; i < 50; ++i)
             QCoreApplication::processEvents();
-        }
         if (event == "SaveBuilding") {
             EXPECT_FALSE(std::filesystem::exists(path("p.tproj")));
             EXPECT_TRUE(connection->SaveMacroData(macroDataId, path("pluvarine.dat")));
@@ -93,8 +90,8 @@ TEST_F(HostFixture, ProjectEventsAreQueuedAndRaisedInOrderOneAfterTheOther) {
     const TectaroProject written = TectaroProject::load(path("p.tproj"));
     EXPECT_EQ(written.macroData.at(macroDataId), block);
     EXPECT_EQ(written.saveNumber, 1);
-    ASSERT_TRUE(host->openProject(path("p.tproj"))); // nothing open: no ProjectClosed before it
-    run();
+    // Nothing open: no ProjectClosed before it.
+    ASSERT_TRUE(settled(host->openProject(path("p.tproj"))));
     EXPECT_EQ(host->project()->path, path("p.tproj"));
     host->openProject(path("p.tproj")); // closes the open one first
     host->closeProject();
@@ -114,9 +111,7 @@ TEST_F(HostFixture, ProjectEventsAreQueuedAndRaisedInOrderOneAfterTheOther) {
                "ProjectClosed", "NewCurrentProject", "ProgramExit"}));
     EXPECT_EQ(events.maxDepth, 1);
     EXPECT_EQ(readFile(path("restored.dat")), block);
-    EXPECT_EQ(saved, 1);
-    EXPECT_EQ(opened, 3);
-    EXPECT_EQ(exited, 1);
+    EXPECT_EQ(std::tuple(saved, opened, exited), std::tuple(1, 3, 1));
 }
 
 // Failures change nothing and raise no event; without a project, or once the host is gone, the
@@ -131,18 +126,17 @@ TEST_F(HostFixture, FailuresChangeNothingAndRaiseNothingAndTheObjectsFailAsHostE
     EXPECT_FALSE(host->openProject(path("missing.tproj"), &error));
     EXPECT_FALSE(host->saveProject({}, &error)); // untitled
     // Macro data: only blocks the project holds, only from and to files that can be reached.
-    EXPECT_FALSE(connection->LoadMacroData(macroDataId, path("x.dat")));
-    EXPECT_FALSE(std::filesystem::exists(path("x.dat")));
+    EXPECT_FALSE(connection->LoadMacroData(macroDataId, path("x.dat")) ||
+                 std::filesystem::exists(path("x.dat")));
     writeFile(path("in.dat"), std::string("\0\1\2\3", 4));
     EXPECT_TRUE(connection->SaveMacroData(42, path("in.dat")));
-    EXPECT_FALSE(connection->SaveMacroData(42, path("missing.dat")));
-    EXPECT_FALSE(connection->LoadMacroData(42, path("no/such/folder/x.dat")));
+    EXPECT_FALSE(connection->SaveMacroData(42, path("missing.dat")) ||
+                 connection->LoadMacroData(42, path("no/such/folder/x.dat")));
     run();
     EXPECT_TRUE(events.names.empty());
     host->closeProject();
     run();
-    EXPECT_FALSE(host->saveProject(path("p.tproj"), &error));
-    run();
+    EXPECT_FALSE(settled(host->saveProject(path("p.tproj"), &error)));
     EXPECT_EQ(events.names, (Names{"ProjectClosed"}));
     EXPECT_THAT([&] { connection->GetActiveBuilding(); },
                 Throws<RuntimeError>(Property(&RuntimeError::number, RuntimeError::HostError)));
@@ -169,16 +163,13 @@ TEST_F(HostFixture, AFailedSaveKeepsTheFileAndIsReportedAndOnlyTodaysBlocksAreSa
                      [&](const QString& reason) { failures.push_back(reason); });
     std::filesystem::create_directory(path("projects"));
     const std::string file = path("projects/p.tproj");
-    ASSERT_TRUE(host->saveProject(file));
-    run();
+    ASSERT_TRUE(settled(host->saveProject(file)));
     const std::string saved = readFile(file);
     for (const bool full : {false, true}) {
         test::FaultyFolder projects(path("projects"));
-        if (!(full ? projects.makeFull() : projects.makeReadOnly())) {
+        if (!(full ? projects.makeFull() : projects.makeReadOnly()))
             continue; // a full disk needs mount rights
-        }
-        ASSERT_TRUE(host->saveProject(file));
-        run();
+        ASSERT_TRUE(settled(host->saveProject(file)));
         ASSERT_FALSE(failures.empty());
         EXPECT_TRUE(failures.back().contains(QString::fromStdString(file)))
             << failures.back().toStdString();
@@ -186,9 +177,7 @@ TEST_F(HostFixture, AFailedSaveKeepsTheFileAndIsReportedAndOnlyTodaysBlocksAreSa
         EXPECT_EQ(readFile(file), saved);
     }
     handOver = false;
-    ASSERT_TRUE(host->saveProject(file));
-    run();
-    EXPECT_FALSE(host->saveFailed());
-    EXPECT_TRUE(TectaroProject::load(file).macroData.empty());
+    ASSERT_TRUE(settled(host->saveProject(file)));
+    EXPECT_TRUE(!host->saveFailed() && TectaroProject::load(file).macroData.empty());
     EXPECT_EQ(TectaroProject::load(file).saveNumber, 2);
 }

@@ -60,9 +60,8 @@ private:
     void record(const std::string& name) {
         maxDepth = std::max(maxDepth, ++depth);
         names.push_back(name);
-        if (reaction) {
+        if (reaction)
             reaction(name);
-        }
         --depth;
     }
 };
@@ -85,9 +84,13 @@ struct SampleHost {
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
     // Lets the event loop run until the host's queue is empty.
     void run() {
-        for (int turn = 0; turn < 10000 && host->busy(); ++turn) {
+        for (int turn = 0; turn < 10000 && host->busy(); ++turn)
             QCoreApplication::processEvents();
-        }
+    }
+    // A call's result once the events it queued have been raised.
+    bool settled(bool result) {
+        run();
+        return result;
     }
     // The roof at a plan point as the macro finds it, and the out-parameters the macro passes to
     // the roof lookups and leaves unread.

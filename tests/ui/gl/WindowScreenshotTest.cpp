@@ -19,8 +19,7 @@ void checkCaptions(QWidget* window, QStringList& clipped, QStringList& shrunk) {
         const QString text = shownText(widget);
         if (!widget->isVisibleTo(window) || text.isEmpty())
             continue;
-        bool fits = true;
-        bool smaller = false;
+        bool fits = true, smaller = false;
         if (auto* label = qobject_cast<QLabel*>(widget)) {
             const int flags = int(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
             fits = textFits(label->font(), text, label->contentsRect().size(), flags);
@@ -147,8 +146,7 @@ TEST_P(MainWindowScreens, DialogsAndCaptions) {
     // Every caption fits its control. The question is set when it is asked: ask again.
     daten.design.constructionAnswered = false;
     refresh("150");
-    QStringList clipped;
-    QStringList shrunk;
+    QStringList clipped, shrunk;
     for (QWidget* window : std::initializer_list<QWidget*>{main.get(), &details, &message})
         checkCaptions(window, clipped, shrunk);
     EXPECT_TRUE(clipped.isEmpty()) << clipped.join(QLatin1Char('\n')).toStdString();

@@ -18,21 +18,19 @@ TEST(BuildingView3D, ShowsTheHouse) {
     ASSERT_NE(window.view3D(), nullptr);
     PreviewWidget& preview = window.view3D()->preview();
     preview.resetView();
-    for (QDeadlineTimer wait(600); !wait.hasExpired();) {
+    for (QDeadlineTimer wait(600); !wait.hasExpired();)
         QApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
     const QImage frame = preview.grabFramebuffer();
     ASSERT_FALSE(frame.isNull());
     const QColor bg = SceneRenderer::backgroundColor();
     int content = 0; // sampled pixels that differ from the background
-    for (int y = 0; y < frame.height(); y += 4) {
+    for (int y = 0; y < frame.height(); y += 4)
         for (int x = 0; x < frame.width(); x += 4) {
             const QColor c = frame.pixelColor(x, y);
             const int difference = std::abs(c.red() - bg.red()) + std::abs(c.green() - bg.green()) +
                                    std::abs(c.blue() - bg.blue());
             content += difference > 30 ? 1 : 0;
         }
-    }
     EXPECT_GT(content, (frame.width() / 4) * (frame.height() / 4) / 10) << "the house shows";
     frame.save(QString(PLUVARINE_BINARY_DIR) + "/tectaro-house-3d.png");
 }
@@ -49,16 +47,14 @@ TEST(BuildingView3D, InsertionsAndMovesChangeOnlyTheirElement) {
         made->object = ObjectFile::read(PLUVARINE_WORKFOLDER "/res/Rohrschelle_100.v3o");
         return made;
     };
-    const auto first = element();
-    const auto second = element();
+    const auto first = element(), second = element();
     sample.host->commitElement(first);
     const std::vector<ViewerObject> before = view.scene().objects();
     ASSERT_GT(before.size(), building);
     sample.host->commitElement(second);
     ASSERT_EQ(view.scene().objects().size(), before.size() + (before.size() - building));
-    for (std::size_t i = 0; i < before.size(); ++i) {
+    for (std::size_t i = 0; i < before.size(); ++i)
         EXPECT_EQ(view.scene().objects()[i].id, before[i].id) << i;
-    }
     first->matrix.at(0, 3) += 2.0f;
     sample.host->elementMoved(first);
     EXPECT_EQ(view.scene().objects()[building].id, before[building].id);

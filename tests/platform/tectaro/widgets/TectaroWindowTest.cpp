@@ -68,8 +68,7 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
         connection->ShowPrompt("Please click on the outside of the wall!");
         EXPECT_EQ(host->prompt(), "Please click on the outside of the wall!");
         leftClickAt(click);
-        EXPECT_TRUE(host->prompt().empty());
-        EXPECT_FALSE(window.clickAt(click)) << "one click only";
+        EXPECT_TRUE(host->prompt().empty() && !window.clickAt(click)) << "one click only";
     }
     EXPECT_TRUE(events.clicks.empty()) << "the answers are queued";
     run();
@@ -87,15 +86,11 @@ TEST_F(WindowFixture, AClickOnTheWallsExteriorSideIsValidAndLandsOnTheFace) {
 }
 
 // The window's entry points for projects only hand on to the host, whose tests check their
-// events; here: saving names the window, closing it exits the program.
-TEST_F(WindowFixture, SavingNamesTheWindowClosingExitsAndTheScreenshotShowsThePlan) {
-    ASSERT_TRUE(window.saveProject(path("house.tproj")));
-    run();
+// events; here: saving names the window (closing it exits the program: the next test).
+TEST_F(WindowFixture, SavingNamesTheWindowAndTheScreenshotShowsThePlan) {
+    ASSERT_TRUE(settled(window.saveProject(path("house.tproj"))));
     EXPECT_TRUE(window.windowTitle().contains("house.tproj"));
     ASSERT_TRUE(window.screenshot(path("plan.png")));
-    window.close();
-    run();
-    EXPECT_EQ(events.names, (test::Names{"SaveStart", "SaveBuilding", "ProgramExit"}));
     const QPoint wall =
         window.planView().mapTo(&window, window.planView().toWidget({5, 0.15}).toPoint());
     EXPECT_LT(QImage(QString::fromStdString(path("plan.png"))).pixelColor(wall).lightness(), 200);
@@ -104,31 +99,21 @@ TEST_F(WindowFixture, SavingNamesTheWindowClosingExitsAndTheScreenshotShowsThePl
 // A failed save is shown as a message; after it, closing, a new project, opening and the exit
 // each ask first, and No keeps the project open; once saved, nothing asks.
 TEST_F(WindowFixture, AfterAFailedSaveNothingClosesTheProjectWithoutAsking) {
-    ASSERT_TRUE(window.saveProject(path("no/such/folder/p.tproj")));
-    run();
+    ASSERT_TRUE(settled(window.saveProject(path("no/such/folder/p.tproj"))));
     ASSERT_EQ(messages.messages.size(), 1u);
     EXPECT_NE(messages.messages[0].find("no/such/folder/p.tproj"), std::string::npos);
     const std::function<bool()> closers[] = {
-        [&] { return window.closeProject(); },
-        [&] { return window.newProject(); },
-        [&] { return window.openProject(path("p.tproj")); },
-        [&] { return window.close(); },
-    };
-    for (const auto& close : closers) {
-        EXPECT_FALSE(close());
-        run();
-    }
+        [&] { return window.closeProject(); }, [&] { return window.newProject(); },
+        [&] { return window.openProject(path("p.tproj")); }, [&] { return window.close(); }};
+    for (const auto& close : closers)
+        EXPECT_FALSE(settled(close()));
     EXPECT_EQ(messages.questions.size(), std::size(closers));
     EXPECT_TRUE(host->project() != nullptr && window.isVisible());
     messages.answer = true;
-    EXPECT_TRUE(window.closeProject());
-    run();
-    ASSERT_TRUE(window.newProject());
-    run();
-    ASSERT_TRUE(window.saveProject(path("p.tproj")));
-    run();
-    EXPECT_TRUE(window.closeProject() && window.close());
-    run();
+    EXPECT_TRUE(settled(window.closeProject()));
+    ASSERT_TRUE(settled(window.newProject()));
+    ASSERT_TRUE(settled(window.saveProject(path("p.tproj"))));
+    EXPECT_TRUE(settled(window.closeProject() && window.close()));
     EXPECT_EQ(messages.questions.size(), std::size(closers) + 1);
     EXPECT_EQ(events.names,
               (test::Names{"SaveStart", "SaveBuilding", "ProjectClosed", "NewCurrentProject",
