@@ -137,6 +137,9 @@ void main() { fragColor = vec4(flatColor, 1.0); }
 )";
 
 const QColor kWallColor(214, 212, 206);
+// How many triangles go to the driver between flushes of a frame: few enough that rasterizing
+// begins early, enough that each flush's reloading of the frame's tiles stays small.
+constexpr std::size_t kTrianglesPerFlush = 32768;
 // Parts may reach this far behind the wall's plane (metres) and still show: faces lying on the
 // wall stay whole.
 constexpr float kWallTolerance = 0.001f;
@@ -440,10 +443,18 @@ void SceneRenderer::drawObjects(const ViewerScene& scene, std::size_t first,
 }
 
 void SceneRenderer::drawAll() {
+    std::size_t unflushed = 0;
     for (const Draw& each : m_draws) {
         // A mirroring placement (a negative scale) turns the winding round.
         glFrontFace(m_batches[each.batch].mirrored ? GL_CW : GL_CCW);
         draw(each);
+        // A software rasterizer starts on what it has been given while the rest is submitted:
+        // llvmpipe bins a frame's triangles on this thread, then rasterizes them on its others.
+        unflushed += each.triangles;
+        if (unflushed >= kTrianglesPerFlush) {
+            glFlush();
+            unflushed = 0;
+        }
     }
     glFrontFace(GL_CCW);
 }
@@ -641,10 +652,12 @@ void SceneRenderer::selectDraws(const QMatrix4x4& viewProjection, const QSize& p
         }
         for (auto& [key, instances] : groups) {
             const MeshLevels& levels = *levelSet(gpu, *batch.mesh, key.first).levels;
-            m_trianglesDrawn += levels.levels()[key.second].indexCount / 3 * instances.size();
+            const std::size_t triangles =
+                levels.levels()[key.second].indexCount / 3 * instances.size();
+            m_trianglesDrawn += triangles;
             m_draws.push_back({b, key.first, key.second,
                                static_cast<GLsizei>(ordered.size() / kInstanceFloats),
-                               static_cast<GLsizei>(instances.size())});
+                               static_cast<GLsizei>(instances.size()), triangles});
             // Nearest first: what they hide is then not shaded.
             std::sort(instances.begin(), instances.end());
             for (const auto& [depth, i] : instances) {

@@ -99,6 +99,7 @@ private:
         std::size_t level = 0;
         GLsizei firstInstance = 0; // in the instance buffer
         GLsizei count = 0;
+        std::size_t triangles = 0;
     };
 
     GpuMesh& upload(const std::shared_ptr<const MeshData>& mesh);
