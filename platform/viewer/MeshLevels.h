@@ -10,8 +10,8 @@ namespace pluvarine {
 
 // A mesh's levels of detail: coarser index lists over the same vertices, for drawing it where
 // it covers few pixels. A pipe seen whole along a house wall is a few pixels wide, and its
-// 64-sided sweep then draws as many triangles as pixels; a level whose surface lies within half
-// a pixel of the mesh's own draws the same picture with a fraction of them.
+// 64-sided sweep then draws as many triangles as pixels; a level whose surface lies within a
+// fraction of a pixel of the mesh's own draws nearly the same picture with a fraction of them.
 class MeshLevels {
 public:
     struct Level {
