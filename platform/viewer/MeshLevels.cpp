@@ -1,5 +1,7 @@
 #include "platform/viewer/MeshLevels.h"
 
+#include "platform/viewer/Box3.h"
+
 #include <algorithm>
 #include <cmath>
 #include <meshoptimizer.h>
@@ -86,27 +88,21 @@ struct Welded {
 
 } // namespace
 
-MeshLevels::MeshLevels(const MeshData& mesh, bool coarser, const std::array<float, 3>& stretch)
-    : m_indices(mesh.indices) {
+MeshLevels::MeshLevels(const MeshData& mesh, bool coarser, const std::array<float, 3>& stretch) {
     const std::size_t vertices = mesh.vertexCount();
-    m_levels.push_back({0, static_cast<std::uint32_t>(m_indices.size()), 0});
+    const auto own = static_cast<std::uint32_t>(mesh.indices.size());
+    m_levels.push_back({0, own, 0});
     if (vertices == 0 || mesh.normals.size() != mesh.positions.size()) {
         return;
     }
-    std::array<float, 3> low{mesh.positions[0], mesh.positions[1], mesh.positions[2]};
-    std::array<float, 3> high = low;
+    Box3 box;
     for (std::size_t v = 0; v < vertices; ++v) {
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            low[axis] = std::min(low[axis], mesh.positions[3 * v + axis]);
-            high[axis] = std::max(high[axis], mesh.positions[3 * v + axis]);
-        }
+        box.add({mesh.positions[3 * v], mesh.positions[3 * v + 1], mesh.positions[3 * v + 2]});
     }
-    float squared = 0;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        m_centre[axis] = (low[axis] + high[axis]) / 2;
-        squared += (high[axis] - low[axis]) * (high[axis] - low[axis]) / 4;
-    }
-    m_radius = std::sqrt(squared);
+    const auto centre = box.centre();
+    const auto size = box.size();
+    m_centre = {float(centre[0]), float(centre[1]), float(centre[2])};
+    m_radius = float(std::hypot(size[0], size[1], size[2]) / 2);
     if (!coarser) {
         return;
     }
@@ -131,10 +127,10 @@ MeshLevels::MeshLevels(const MeshData& mesh, bool coarser, const std::array<floa
         std::vector<std::uint32_t> level(simplified.begin(),
                                          simplified.begin() + std::ptrdiff_t(count));
         welded.unweld(mesh, level);
-        m_levels.push_back({static_cast<std::uint32_t>(m_indices.size()),
+        m_levels.push_back({own + static_cast<std::uint32_t>(m_coarserIndices.size()),
                             static_cast<std::uint32_t>(count),
                             std::max(error * scale, previous.error)});
-        m_indices.insert(m_indices.end(), level.begin(), level.end());
+        m_coarserIndices.insert(m_coarserIndices.end(), level.begin(), level.end());
     }
 }
 

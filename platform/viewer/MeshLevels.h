@@ -15,7 +15,8 @@ namespace pluvarine {
 class MeshLevels {
 public:
     struct Level {
-        std::uint32_t firstIndex = 0; // in indices()
+        // In the mesh's own indices followed by coarserIndices(), as one index buffer holds them.
+        std::uint32_t firstIndex = 0;
         std::uint32_t indexCount = 0;
         float error = 0; // how far its surface may lie from the mesh's, stretched
     };
@@ -26,8 +27,8 @@ public:
     // eight times as large, and none across it.
     MeshLevels(const MeshData& mesh, bool coarser, const std::array<float, 3>& stretch = {1, 1, 1});
 
-    // Every level's triangles, finest (the mesh's own) first.
-    const std::vector<std::uint32_t>& indices() const { return m_indices; }
+    // The coarser levels' triangles, one level after the other, to follow the mesh's own.
+    const std::vector<std::uint32_t>& coarserIndices() const { return m_coarserIndices; }
     const std::vector<Level>& levels() const { return m_levels; }
     // A sphere around the mesh, in its own frame.
     const std::array<float, 3>& centre() const { return m_centre; }
@@ -37,7 +38,7 @@ public:
     std::size_t coarsestWithin(float tolerance) const;
 
 private:
-    std::vector<std::uint32_t> m_indices;
+    std::vector<std::uint32_t> m_coarserIndices;
     std::vector<Level> m_levels;
     std::array<float, 3> m_centre{0, 0, 0};
     float m_radius = 0;

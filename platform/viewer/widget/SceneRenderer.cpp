@@ -747,10 +747,12 @@ const SceneRenderer::LevelSet& SceneRenderer::levelSet(GpuMesh& gpu, const MeshD
                           reinterpret_cast<const void*>(static_cast<std::intptr_t>(positionBytes)));
     glGenBuffers(1, &set.indexBuffer);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, set.indexBuffer);
-    const std::vector<std::uint32_t>& indices = set.levels->indices();
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER,
-                 static_cast<GLsizeiptr>(indices.size() * sizeof(std::uint32_t)), indices.data(),
-                 GL_STATIC_DRAW);
+    const std::vector<std::uint32_t>& coarser = set.levels->coarserIndices();
+    const auto ownBytes = static_cast<GLsizeiptr>(mesh.indices.size() * sizeof(std::uint32_t));
+    const auto coarserBytes = static_cast<GLsizeiptr>(coarser.size() * sizeof(std::uint32_t));
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, ownBytes + coarserBytes, nullptr, GL_STATIC_DRAW);
+    glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, 0, ownBytes, mesh.indices.data());
+    glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, ownBytes, coarserBytes, coarser.data());
     glBindVertexArray(0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     return gpu.levelSets.emplace(stretch, set).first->second;

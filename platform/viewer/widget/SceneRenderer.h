@@ -56,8 +56,8 @@ public:
     void setBackdrop(bool on) { m_backdrop = on; }
     bool backdrop() const { return m_backdrop; }
     // Whether objects that cover few pixels are drawn from coarser levels of their meshes, none
-    // further than three quarters of a pixel from the mesh's own surface (off by default). Objects out of
-    // view are never drawn. Set before the first frame.
+    // further than three quarters of a pixel from the mesh's own surface (off by default). Objects
+    // out of view are never drawn. Set before the first frame.
     void setLevelsOfDetail(bool on) { m_levelsOfDetail = on; }
     // How many triangles the last frame drew, for measuring.
     std::size_t trianglesDrawn() const { return m_trianglesDrawn; }
